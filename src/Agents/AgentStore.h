@@ -1,0 +1,161 @@
+#pragma once
+
+#include "Agents/EventLog.h"
+#include "Agents/LiveSummary.h"
+#include "Agents/SessionMerge.h"
+#include "Support/FileWatcher.h"
+#include "Support/Observers.h"
+#include "Support/Places.h"
+#include "Support/Scheduler.h"
+#include "Support/SerialQueue.h"
+#include "Support/UserDefaults.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kippo {
+
+/// The single owner of what is known about running agent sessions: it reads the event log, polls transcripts, the
+/// session registry and the process table, and merges them into one list. Lives on the main queue; its slow work runs
+/// on `work`.
+class AgentStore {
+public:
+    /// What the store stands on. All of it must outlive the store.
+    struct Ports {
+        Scheduler& scheduler;
+        UserDefaults& defaults;
+        SerialQueue& work;
+        ProcessLister& processes; ///< used on `work` only, and must outlive that too
+        FileWatcher* files;       ///< may be nothing: then only the timers wake the store
+    };
+
+    /// Whether the store looks after the user's files. A terminal command only looks at them.
+    enum class Role { keeper, onlooker };
+
+    /// For this long after its creation a store takes what it finds as given and raises no alert.
+    static constexpr Seconds alertGrace{3.0};
+    /// Turns up to this long finish without an alert.
+    static constexpr Seconds shortTurn{20.0};
+    /// Events older than this are not applied.
+    static constexpr Seconds oldestEvent{43200.0};
+
+    AgentStore(Places places, Ports ports, Role role = Role::keeper);
+    ~AgentStore();
+    AgentStore(const AgentStore&) = delete;
+    AgentStore& operator=(const AgentStore&) = delete;
+
+    const std::vector<AgentSession>& sessions() const { return sessions_; }
+    const std::vector<DetachedProcess>& detached() const { return detached_; }
+    /// When each agent's hooks were last heard of; says whether they have ever worked.
+    const std::map<HookAgent, Date>& lastEventByAgent() const { return lastEventByAgent_; }
+    std::optional<Date> lastEventAt() const { return lastEventAt_; }
+    /// Raw values of the agent kinds that the user does not want to see.
+    const std::set<std::string>& hidden() const { return hidden_; }
+    /// Program names that count as agents by the user's wish.
+    const std::vector<std::string>& watchedNames() const { return watchedNames_; }
+    const std::vector<std::string>& hiddenProcesses() const { return hiddenProcesses_; }
+
+    int workingCount() const;
+    int needsYouCount() const;
+    /// Nothing when no session works or needs the user.
+    std::optional<LiveSummary> liveSummary() const { return kippo::liveSummary(sessions_); }
+
+    /// A session came to need the user, or finished a turn of more than `shortTurn`.
+    std::function<void(const AgentSession&)> onAlert;
+    /// After each change of what the store shows.
+    std::function<void()> onChange;
+    /// As `onChange`, for any number of views.
+    [[nodiscard]] Subscription observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
+
+    /// Reads everything once and starts the timers.
+    void start();
+    /// Reads everything once, without timers: for a command that prints the list and ends. With a queue that runs its
+    /// work at once the list is complete on return.
+    void refreshOnce();
+    /// True while the agents' page is on screen: processes are then scanned every 3 s rather than every 15 s.
+    void setVisible(bool visible);
+    bool isVisible() const { return isVisible_; }
+
+    void refreshProcesses();
+    void refreshUsage();
+    void pollTranscripts();
+    void readEvents(bool initial);
+
+    /// Takes a session off the list until it does something new.
+    void dismiss(const AgentSession& session);
+    /// Hides or shows all sessions of a kind.
+    void setVisible(AgentKind kind, bool visible);
+
+    /// Scans the day's usage on the work queue; set by the composition root where there is a scanner.
+    std::function<void()> scanUsage;
+
+private:
+    /// What reads transcripts and registry, on the work queue only. Work under way keeps it.
+    struct Readers {
+        explicit Readers(const std::string& home) : transcripts(home), registry(home) {}
+        TranscriptWatcher transcripts;
+        SessionRegistryReader registry;
+    };
+
+    void onTick();
+    void apply(const HookBridge::Event& event);
+    void noteAgentHeard(const HookBridge::Event& event);
+    void persistLastEvents();
+    void onFileChanged(const std::string& path);
+    void watchFiles(std::vector<std::string> transcripts);
+    void merge();
+    void raiseAlerts(const std::vector<AgentSession>& sessions, Date now);
+    bool isWorthAnAlert(const AgentSession& session, const AgentStatus& before, Date now) const;
+    /// True when something that the list depends on changed.
+    bool readDefaults();
+    void forgetOldHooks(Date now);
+
+    Places places_;
+    Ports ports_;
+    Role role_;
+    Observers observers_;
+    /// Results of slow work that come back after the store is gone find this gone too. The work itself knows nothing of
+    /// the store, for it may run on another thread while the store ends.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+
+    std::vector<AgentSession> sessions_;
+    std::vector<DetachedProcess> detached_;
+    std::map<std::string, HookState> hookStates_;
+    std::shared_ptr<Readers> readers_;
+    std::map<std::string, TranscriptWatcher::State> transcripts_;
+    std::vector<RegistryEntry> registry_;
+    std::optional<ProcessScanner::Snapshot> lastSnapshot_;
+    Date snapshotTime_ = distantPast;
+    SessionMerge::Memory memory_;
+
+    EventLog eventLog_;
+    std::map<std::string, AgentStatus> previousStatus_;
+    Date alertsArmAt_;
+    std::map<HookAgent, Date> lastEventByAgent_;
+    Date lastEventsPersistedAt_ = distantPast;
+    std::optional<Date> lastEventAt_;
+
+    std::map<std::string, Date> dismissedAt_;
+    std::map<std::string, Date> clearedAt_;
+    std::set<std::string> hidden_;
+    std::vector<std::string> hiddenProcesses_;
+    std::vector<std::string> watchedNames_;
+
+    bool isVisible_ = false;
+    bool pollingTranscripts_ = false;
+    bool pollAgain_ = false; ///< something changed while a poll was under way
+    bool scanningProcesses_ = false;
+    Date processesAskedAt_ = distantPast;
+    int tick_ = 0;
+    std::vector<std::string> watchedFiles_;
+    std::vector<Timer> timers_;
+    Subscription defaultsSubscription_;
+};
+
+} // namespace kippo

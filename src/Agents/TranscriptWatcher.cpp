@@ -1,0 +1,298 @@
+#include "Agents/TranscriptWatcher.h"
+
+#include "Support/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <functional>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace kippo {
+
+namespace {
+
+using State = TranscriptWatcher::State;
+
+constexpr std::string_view extension = ".jsonl";
+
+/// A Codex file opens with a line on its session that holds the whole system prompt; today's is 25 KB.
+constexpr std::size_t headBytes = 65536;
+
+class File {
+public:
+    // O_NONBLOCK so that a pipe under a transcript's name cannot hold the program up.
+    explicit File(const std::string& path)
+        : descriptor_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY)) {}
+    ~File() {
+        if (descriptor_ >= 0) {
+            ::close(descriptor_);
+        }
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    int descriptor() const { return descriptor_; }
+
+private:
+    int descriptor_;
+};
+
+Date modified(const struct stat& info) {
+#ifdef __APPLE__
+    const auto& time = info.st_mtimespec;
+#else
+    const auto& time = info.st_mtim;
+#endif
+    return dateFromUnix(static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9);
+}
+
+/// Calls `entry(name)` for everything in the folder but "." and ".."; a folder that cannot be read is empty.
+void forEachEntry(const std::string& folder, const std::function<void(std::string_view name)>& entry) {
+    const auto close = [](DIR* open) { ::closedir(open); };
+    const std::unique_ptr<DIR, decltype(close)> directory(::opendir(folder.c_str()), close);
+    if (!directory) {
+        return;
+    }
+    while (const auto* item = ::readdir(directory.get())) {
+        const std::string_view name = item->d_name;
+        if (name != "." && name != "..") {
+            entry(name);
+        }
+    }
+}
+
+/// Up to `size` bytes from `offset`, in `into`; false when reading failed.
+bool readAt(int file, std::uint64_t offset, std::size_t size, std::string& into) {
+    into.resize(size);
+    std::size_t have = 0;
+    while (have < size) {
+        const auto got = ::pread(file, into.data() + have, size - have, static_cast<off_t>(offset + have));
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0) {
+            return false;
+        }
+        if (got == 0) {
+            break;
+        }
+        have += static_cast<std::size_t>(got);
+    }
+    into.resize(have);
+    return true;
+}
+
+/// The lines of `bytes`, empty ones dropped.
+void splitLines(std::string_view bytes, std::vector<std::string_view>& lines) {
+    lines.clear();
+    while (!bytes.empty()) {
+        const auto* const feed = static_cast<const char*>(std::memchr(bytes.data(), '\n', bytes.size()));
+        const auto length = feed ? static_cast<std::size_t>(feed - bytes.data()) : bytes.size();
+        if (length > 0) {
+            lines.push_back(bytes.substr(0, length));
+        }
+        bytes.remove_prefix(std::min(length + 1, bytes.size()));
+    }
+}
+
+std::string_view nameWithoutExtension(std::string_view path) {
+    auto name = Text::lastPathComponent(path);
+    name.remove_suffix(std::min(extension.size(), name.size()));
+    return name;
+}
+
+/// "2026/11/21", `offset` local days from `now`. At noon no daylight-saving change is near.
+std::string dayFolder(Date now, int offset) {
+    const auto seconds = static_cast<std::time_t>(unixSeconds(now));
+    std::tm local{};
+    ::localtime_r(&seconds, &local);
+    local.tm_mday += offset;
+    local.tm_hour = 12;
+    local.tm_min = local.tm_sec = 0;
+    local.tm_isdst = -1;
+    std::mktime(&local);
+    std::array<char, 48> text{};
+    std::snprintf(text.data(), text.size(), "%04d/%02d/%02d", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    return text.data();
+}
+
+/// A finished turn stays what it was settled as while nothing that concerns the turn was written since.
+void keepSettled(const std::optional<State>& before, State& now) {
+    using Case = State::Phase::Case;
+    if (before && before->pendingDone && now.pendingDone && before->phase.value != Case::working &&
+        now.phase.value == Case::working && before->phaseSince == now.phaseSince) {
+        now.phase = before->phase;
+    }
+}
+
+void settle(State& state, Date now) {
+    using Case = State::Phase::Case;
+    if (state.phase.value != Case::working || !state.pendingDone ||
+        now - state.lastActivity <= TranscriptWatcher::settleDelay) {
+        return;
+    }
+    state.phase =
+        state.markerNeedsYou ? State::Phase{Case::needsYou, *state.markerNeedsYou} : State::Phase{Case::done, {}};
+}
+
+} // namespace
+
+/// What one walk of the folders kept.
+struct TranscriptWatcher::Found {
+    Date now;
+    std::vector<std::pair<std::string, AgentKind>> files;
+
+    /// Keeps a regular file that was written lately.
+    void consider(std::string path, AgentKind agent) {
+        struct stat info{};
+        if (::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && now - modified(info) < activeWindow) {
+            files.emplace_back(std::move(path), agent);
+        }
+    }
+};
+
+TranscriptWatcher::TranscriptWatcher(std::string home) : home_(std::move(home)) {}
+
+std::vector<TranscriptWatcher::State> TranscriptWatcher::poll(Date now) {
+    // A clock that was set back must not put the next walk off for long.
+    if (now - lastDiscovery_ > discoveryInterval || now < lastDiscovery_) {
+        lastDiscovery_ = now;
+        discover(now);
+    }
+    std::vector<State> states;
+    states.reserve(watched_.size());
+    for (auto entry = watched_.begin(); entry != watched_.end();) {
+        auto& [path, watched] = *entry;
+        if (!refresh(path, watched)) {
+            entry = watched_.erase(entry);
+            continue;
+        }
+        if (watched.state) {
+            settle(*watched.state, now);
+            states.push_back(*watched.state);
+        }
+        ++entry;
+    }
+    return states;
+}
+
+std::vector<std::string> TranscriptWatcher::watchedPaths() const {
+    std::vector<std::string> paths;
+    paths.reserve(watched_.size());
+    for (const auto& [path, watched] : watched_) {
+        paths.push_back(path);
+    }
+    return paths;
+}
+
+void TranscriptWatcher::discover(Date now) {
+    Found found{now, {}};
+    discoverClaude(found);
+    discoverCodex(found);
+    std::map<std::string, Watched> kept;
+    for (auto& [path, agent] : found.files) {
+        if (auto known = watched_.extract(path)) {
+            kept.insert(std::move(known));
+        } else {
+            kept[path].agent = agent;
+        }
+    }
+    watched_ = std::move(kept);
+}
+
+void TranscriptWatcher::discoverClaude(Found& found) const {
+    const std::string projects = home_ + "/.claude/projects";
+    forEachEntry(projects, [&](std::string_view project) {
+        const std::string folder = projects + "/" + std::string{project};
+        forEachEntry(folder, [&](std::string_view name) {
+            if (name.size() > extension.size() && name.ends_with(extension)) {
+                found.consider(folder + "/" + std::string{name}, AgentKind::claude);
+            }
+        });
+    });
+}
+
+void TranscriptWatcher::discoverCodex(Found& found) const {
+    for (const int offset : {0, -1}) {
+        const std::string folder = home_ + "/.codex/sessions/" + dayFolder(found.now, offset);
+        forEachEntry(folder, [&](std::string_view name) {
+            if (name.starts_with("rollout-") && name.ends_with(extension)) {
+                found.consider(folder + "/" + std::string{name}, AgentKind::codex);
+            }
+        });
+    }
+}
+
+bool TranscriptWatcher::refresh(const std::string& path, Watched& watched) {
+    struct stat info{};
+    if (::stat(path.c_str(), &info) != 0) {
+        return false;
+    }
+    const auto size = static_cast<std::uint64_t>(info.st_size);
+    const auto inode = static_cast<std::uint64_t>(info.st_ino);
+    const bool replaced = watched.inode != 0 && watched.inode != inode;
+    if (!S_ISREG(info.st_mode) || (size == watched.size && !replaced)) {
+        return S_ISREG(info.st_mode);
+    }
+    if (replaced || size < watched.size) {
+        watched.origin.reset();
+    }
+    watched.size = size;
+    watched.inode = inode;
+    const File file{path};
+    auto state = file.descriptor() < 0 ? std::nullopt : read(path, file.descriptor(), watched);
+    if (state) {
+        keepSettled(watched.state, *state);
+    }
+    watched.state = std::move(state);
+    return true;
+}
+
+std::optional<TranscriptWatcher::State> TranscriptWatcher::read(const std::string& path, int file, Watched& watched) {
+    // The size as it is now: what was written since the look at the folder must not be read twice.
+    struct stat info{};
+    if (::fstat(file, &info) != 0 || !S_ISREG(info.st_mode)) {
+        return std::nullopt;
+    }
+    watched.size = static_cast<std::uint64_t>(info.st_size);
+    const bool whole = watched.size <= tailBytes;
+    const auto wanted = static_cast<std::size_t>(whole ? watched.size : tailBytes);
+    const bool codex = watched.agent == AgentKind::codex;
+    const auto parse = codex ? parseCodex : parseClaude;
+    const auto id = nameWithoutExtension(path);
+    if (codex && !whole && !watched.origin && readAt(file, 0, headBytes, tail_)) {
+        const std::string_view first = std::string_view{tail_}.substr(0, tail_.find('\n'));
+        watched.origin = parseCodex(std::span{&first, 1}, id, modified(info));
+    }
+    if (!readAt(file, watched.size - wanted, wanted, tail_)) {
+        return std::nullopt;
+    }
+    std::string_view bytes = tail_;
+    if (!whole) {
+        bytes.remove_prefix(std::min(bytes.find('\n'), bytes.size() - 1) + 1);
+    }
+    splitLines(bytes, lines_);
+    auto state = parse(lines_, id, modified(info));
+    if (state && whole && state->phaseSince == distantPast) {
+        // Opened, and nothing asked yet: there is nothing to tell of the session.
+        return std::nullopt;
+    }
+    if (state && codex && !whole && watched.origin && state->session == id) {
+        state->session = watched.origin->session;
+        state->cwd = state->cwd ? state->cwd : watched.origin->cwd;
+        state->interactive = watched.origin->interactive;
+        state->isSubagent = watched.origin->isSubagent;
+    }
+    return state;
+}
+
+} // namespace kippo
