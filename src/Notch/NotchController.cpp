@@ -1,0 +1,295 @@
+#include "Notch/NotchController.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kippo {
+
+namespace {
+
+constexpr Seconds hoverBeforeOpening{0.07};
+constexpr Seconds absenceBeforeClosing{0.2};
+
+constexpr double narrowestCutout = 40;
+constexpr double widestCutout = 480;
+
+bool isEnabled(NotchTab tab, const UserDefaults& defaults) {
+    return std::ranges::count(enabledTabs(defaults), tab) > 0;
+}
+
+} // namespace
+
+NotchController::NotchController(NotchModel& model, Scheduler& scheduler, UserDefaults& defaults, Screens& screens,
+                                 Pointer& pointer, PanelWindow& window)
+    : model_(model), scheduler_(scheduler), defaults_(defaults), screens_(screens), pointer_(pointer), window_(window) {
+    screensChanged_ = screens_.observe([this] { layout(); });
+    defaultsChanged_ = defaults_.observe([this] { settingsChanged(); });
+    moves_ = pointer_.observeMoves([this] { refreshPointer(); });
+    presses_ = pointer_.observePresses([this] { pressed(); });
+    layout();
+    window_.setVisible(true);
+}
+
+/// Applies `change` to a copy of the state, publishes it, and moves the window's shape accordingly.
+template <typename Change> void NotchController::change(Change change) {
+    NotchModel::Fields fields = model_.fields();
+    change(fields);
+    model_.set(std::move(fields));
+    showShape();
+}
+
+void NotchController::showShape() {
+    const NotchModel::Fields& fields = model_.fields();
+    const bool tall = fields.peek && NotchMetrics::isTallPeek(*fields.peek);
+    shapes_ = NotchMetrics::shapes(fields.notchSize, tall, contentHeight_);
+    window_.show(shapes_, fields.mode);
+}
+
+// Opening and closing
+
+void NotchController::expand(std::optional<NotchTab> tab, bool fromKeyboard) {
+    if (isHidden_) {
+        return;
+    }
+    cancelPending();
+    peekWork_.cancel();
+    NotchTab chosen = tab.value_or(tabThatFits());
+    if (!isEnabled(chosen, defaults_)) {
+        chosen = NotchTab::agents;
+    }
+    openedFromKeyboard_ = openedFromKeyboard_ || fromKeyboard;
+    change([&](NotchModel::Fields& fields) {
+        fields.tab = chosen;
+        fields.peek.reset();
+        fields.mode = NotchModel::Mode::expanded;
+        if (fromKeyboard && chosen == NotchTab::notes) {
+            fields.wantsNoteFocus = true;
+            ++fields.noteFocusRequest;
+        }
+    });
+    pointer_.setFollowing(true);
+    refreshPointer();
+}
+
+NotchTab NotchController::tabThatFits() const {
+    const NotchModel::Fields& fields = model_.fields();
+    if (fields.live) {
+        return std::holds_alternative<AgentsActivity>(*fields.live) ? NotchTab::agents : NotchTab::focus;
+    }
+    return isEnabled(fields.tab, defaults_) ? fields.tab : NotchTab::home;
+}
+
+void NotchController::collapse() {
+    cancelPending();
+    openedFromKeyboard_ = false;
+    change([this](NotchModel::Fields& fields) {
+        fields.isPinned = fields.isEditingNote = fields.isDragging = fields.isEditingHome = false;
+        fields.wantsNoteFocus = false;
+        fields.mode = model_.restingMode();
+    });
+    window_.setTakesKeyboard(false);
+    pointer_.setFollowing(false);
+    hoverSuppressed_ = isPointerInside();
+    refreshPointer();
+}
+
+void NotchController::toggle(NotchTab tab) {
+    const NotchModel::Fields& fields = model_.fields();
+    if (fields.mode == NotchModel::Mode::expanded && fields.tab == tab) {
+        collapse();
+    } else {
+        expand(tab, true);
+    }
+}
+
+void NotchController::show(NotchTab tab) {
+    if (isEnabled(tab, defaults_)) {
+        change([tab](NotchModel::Fields& fields) { fields.tab = tab; });
+    }
+}
+
+void NotchController::setHidden(bool hidden) {
+    if (hidden && mode() == NotchModel::Mode::expanded) {
+        collapse();
+    }
+    isHidden_ = hidden;
+    window_.setVisible(!hidden);
+    refreshPointer();
+}
+
+// Announcements and live activities
+
+void NotchController::peek(PeekContent content, Seconds duration) {
+    if (isHidden_ || mode() == NotchModel::Mode::expanded) {
+        return;
+    }
+    change([&](NotchModel::Fields& fields) {
+        fields.peek = std::move(content);
+        fields.mode = NotchModel::Mode::peek;
+    });
+    peekWork_ = scheduler_.after(duration, [this] { endPeek(); });
+    refreshPointer();
+}
+
+void NotchController::endPeek() {
+    if (mode() != NotchModel::Mode::peek) {
+        return;
+    }
+    // The content stays, so that it can be seen to fade while the shape goes back.
+    change([this](NotchModel::Fields& fields) { fields.mode = model_.restingMode(); });
+    refreshPointer();
+}
+
+void NotchController::setLive(std::optional<LiveActivity> primary, std::optional<LiveActivity> secondary) {
+    change([&](NotchModel::Fields& fields) {
+        fields.live = std::move(primary);
+        fields.secondaryLive = std::move(secondary);
+        if (fields.mode == NotchModel::Mode::collapsed || fields.mode == NotchModel::Mode::live) {
+            fields.mode = fields.live ? NotchModel::Mode::live : NotchModel::Mode::collapsed;
+        }
+    });
+    refreshPointer();
+}
+
+// What keeps the panel open
+
+bool NotchController::staysOpen() const {
+    const NotchModel::Fields& fields = model_.fields();
+    return fields.isPinned || fields.isEditingNote || fields.isDragging || fields.isEditingHome || openedFromKeyboard_;
+}
+
+void NotchController::setPinned(bool pinned) {
+    change([=](NotchModel::Fields& fields) { fields.isPinned = pinned; });
+    refreshPointer();
+}
+
+void NotchController::setEditingNote(bool editing) {
+    change([=](NotchModel::Fields& fields) {
+        fields.isEditingNote = editing;
+        fields.wantsNoteFocus = false;
+    });
+    window_.setTakesKeyboard(editing);
+    refreshPointer();
+}
+
+void NotchController::setDragging(bool dragging) {
+    change([=](NotchModel::Fields& fields) { fields.isDragging = dragging; });
+    refreshPointer();
+}
+
+void NotchController::setEditingHome(bool editing) {
+    change([=](NotchModel::Fields& fields) { fields.isEditingHome = editing; });
+    refreshPointer();
+}
+
+// The screen
+
+void NotchController::layout() {
+    const std::vector<Screen> screens = screens_.screens();
+    const Screen* screen = chooseScreen(screens, defaults_.get<std::string>("display", "builtIn"));
+    if (!screen) {
+        return; // every screen is unplugged: be where we were when one comes back
+    }
+    adopt(*screen, screen == chooseScreen(screens, "builtIn"));
+    refreshPointer();
+}
+
+/// `ownsCutout`: the cut-out that the settings describe is in this screen.
+void NotchController::adopt(const Screen& screen, bool ownsCutout) {
+    Size notch{0, screen.topInset};
+    if (screen.notch) {
+        notch = *screen.notch;
+    } else if (ownsCutout) {
+        const double height = defaults_.get<double>("cutoutHeight");
+        notch = {defaults_.get<double>("cutoutWidth"), height > 0 ? height : screen.topInset};
+    }
+    const bool hasNotch = notch.width > 0;
+    notch.width = hasNotch ? std::clamp(notch.width, narrowestCutout, widestCutout) : NotchMetrics::drawnCutoutWidth;
+    notch.height = std::clamp(notch.height, NotchMetrics::minimumNotchHeight, NotchMetrics::maximumNotchHeight);
+
+    contentHeight_ = NotchMetrics::contentHeight(defaults_);
+    screenFrame_ = screen.frame;
+    const Size panel = NotchMetrics::panelSize(notch, contentHeight_);
+    // Whole pixels, so that the window's middle and the notch's are the same.
+    const double left = std::floor(screen.frame.x + (screen.frame.width - panel.width) / 2);
+    centerX_ = left + panel.width / 2;
+    frame_ = {left, screen.frame.y, panel.width, panel.height};
+    window_.place(frame_);
+    change([&](NotchModel::Fields& fields) {
+        fields.notchSize = notch;
+        fields.hasNotch = hasNotch;
+    });
+}
+
+void NotchController::settingsChanged() {
+    if (!isEnabled(model_.fields().tab, defaults_)) {
+        change([](NotchModel::Fields& fields) { fields.tab = NotchTab::agents; });
+    }
+    layout();
+}
+
+// The pointer
+
+bool NotchController::isPointerInside() const {
+    const auto position = pointer_.position();
+    return position && NotchOutline{shapes_[mode()]}.contains({position->x - centerX_, position->y - frame_.y});
+}
+
+void NotchController::refreshPointer() {
+    const bool inside = isPointerInside();
+    const bool isExpanded = mode() == NotchModel::Mode::expanded;
+    const bool isHovering = inside && !isExpanded && !hoverSuppressed_;
+    const bool isDragging = model_.fields().isDragging && pointer_.isButtonPressed();
+    if (isHovering != model_.fields().isHovering || isDragging != model_.fields().isDragging) {
+        change([=](NotchModel::Fields& fields) {
+            fields.isHovering = isHovering;
+            fields.isDragging = isDragging;
+        });
+    }
+    if (!inside) {
+        hoverSuppressed_ = false;
+    }
+    if (isExpanded) {
+        schedule(inside || staysOpen() ? Pending::none : Pending::closing);
+    } else {
+        const bool opens = inside && !hoverSuppressed_ && !isHidden_ && defaults_.get<bool>("openOnHover");
+        schedule(opens ? Pending::opening : Pending::none);
+    }
+}
+
+/// Makes `kind` the work that waits. Work of that kind that waits already keeps its time, or a pointer that never rests
+/// would put it off for good.
+void NotchController::schedule(Pending kind) {
+    if (kind == pendingKind_) {
+        return;
+    }
+    cancelPending();
+    pendingKind_ = kind;
+    if (kind != Pending::none) {
+        const Seconds delay = kind == Pending::opening ? hoverBeforeOpening : absenceBeforeClosing;
+        pending_ = scheduler_.after(delay, [this, kind] { pendingIsDue(kind); });
+    }
+}
+
+void NotchController::cancelPending() {
+    pending_.cancel();
+    pendingKind_ = Pending::none;
+}
+
+void NotchController::pendingIsDue(Pending kind) {
+    pendingKind_ = Pending::none;
+    const bool inside = isPointerInside();
+    if (kind == Pending::opening && inside) {
+        expand();
+    } else if (kind == Pending::closing && !inside && !staysOpen()) {
+        collapse();
+    }
+}
+
+void NotchController::pressed() {
+    if (mode() == NotchModel::Mode::expanded && !model_.fields().isPinned && !isPointerInside()) {
+        collapse();
+    }
+}
+
+} // namespace kippo

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "Notch/NotchModel.h"
+#include "Notch/PanelWindow.h"
+#include "Notch/Screens.h"
+#include "Support/Scheduler.h"
+#include "Support/UserDefaults.h"
+
+namespace kippo {
+
+/// Owns what the notch does: it opens on hover and closes when the pointer is away, announces, shows what goes on, and
+/// sits on the chosen screen. It alone changes the NotchModel; views call its operations. Main queue only.
+class NotchController {
+public:
+    /// Lays the panel out and shows it.
+    NotchController(NotchModel& model, Scheduler& scheduler, UserDefaults& defaults, Screens& screens, Pointer& pointer,
+                    PanelWindow& window);
+    NotchController(const NotchController&) = delete;
+    NotchController& operator=(const NotchController&) = delete;
+
+    /// Opens the panel on `tab`; without one, on the page that fits what goes on. A panel opened from the keyboard
+    /// stays open when the pointer is elsewhere.
+    void expand(std::optional<NotchTab> tab = std::nullopt, bool fromKeyboard = false);
+    void collapse();
+    /// Closes the panel when it shows `tab`, else opens it there, as from the keyboard.
+    void toggle(NotchTab tab);
+    /// Turns to another page of the open panel.
+    void show(NotchTab tab);
+
+    /// Announces `content` for `duration`, in place of any announcement there is. Dropped while the panel is open.
+    void peek(PeekContent content, Seconds duration);
+    /// What the wings of the closed notch show; `secondary` goes into the other wing.
+    void setLive(std::optional<LiveActivity> primary, std::optional<LiveActivity> secondary);
+
+    /// Hides the whole notch; nothing opens while it is hidden.
+    void setHidden(bool hidden);
+    bool isHidden() const { return isHidden_; }
+
+    void setPinned(bool pinned);
+    /// The note's editor has the keyboard, or no longer.
+    void setEditingNote(bool editing);
+    void setDragging(bool dragging);
+    void setEditingHome(bool editing);
+    /// Whether the open panel stays open when the pointer leaves it.
+    bool staysOpen() const;
+
+    /// Finds the screen, the notch's size and the panel's place again.
+    void layout();
+    /// Looks where the pointer is, and opens or closes after the times for that.
+    void refreshPointer();
+
+    Rect screenFrame() const { return screenFrame_; }
+    /// The panel's place on the desktop.
+    Rect frame() const { return frame_; }
+    /// The middle of the notch on the desktop.
+    double centerX() const { return centerX_; }
+
+private:
+    enum class Pending { none, opening, closing };
+
+    template <typename Change> void change(Change change);
+    NotchModel::Mode mode() const { return model_.fields().mode; }
+    void adopt(const Screen& screen, bool ownsCutout);
+    void showShape();
+    NotchTab tabThatFits() const;
+    bool isPointerInside() const;
+    void schedule(Pending kind);
+    void cancelPending();
+    void pendingIsDue(Pending kind);
+    void endPeek();
+    void pressed();
+    void settingsChanged();
+
+    NotchModel& model_;
+    Scheduler& scheduler_;
+    UserDefaults& defaults_;
+    Screens& screens_;
+    Pointer& pointer_;
+    PanelWindow& window_;
+
+    Rect screenFrame_;
+    Rect frame_;
+    double centerX_ = 0;
+    NotchShapes shapes_;
+    double contentHeight_ = 0;
+    bool openedFromKeyboard_ = false;
+    bool hoverSuppressed_ = false;
+    bool isHidden_ = false;
+
+    Pending pendingKind_ = Pending::none;
+    Timer pending_;
+    Timer peekWork_;
+    Subscription screensChanged_;
+    Subscription defaultsChanged_;
+    Subscription moves_;
+    Subscription presses_;
+};
+
+} // namespace kippo

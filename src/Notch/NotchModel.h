@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Agents/LiveSummary.h"
+#include "Notch/Geometry.h"
+#include "Support/Observers.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kippo {
+
+class UserDefaults;
+
+/// The pages of the open panel, in order.
+enum class NotchTab { home, agents, focus, clipboard, notes, music, revenue };
+
+/// The pages to show, in order: the optional ones by their settings, agents, clipboard and notes always.
+std::vector<NotchTab> enabledTabs(const UserDefaults& defaults);
+
+/// What an announcement shows. New kinds of announcement join the variant with their feature.
+using PeekContent = std::variant<AgentSession>;
+
+/// What the wings of the closed notch show while something goes on.
+using AgentsActivity = LiveSummary;
+struct SleepingActivity {
+    bool operator==(const SleepingActivity&) const = default;
+};
+using LiveActivity = std::variant<AgentsActivity, SleepingActivity>;
+
+/// The notch's state, read by every view and changed by NotchController alone.
+class NotchModel {
+public:
+    enum class Mode { collapsed = 0, live = 1, peek = 2, expanded = 3 };
+
+    struct Fields {
+        Mode mode = Mode::collapsed;
+        NotchTab tab = NotchTab::agents;
+        Size notchSize{176, 32}; ///< of the camera notch, or of the cut-out drawn on screens without one
+        bool hasNotch = false;
+        std::optional<PeekContent> peek;
+        std::optional<LiveActivity> live;
+        std::optional<LiveActivity> secondaryLive;
+        bool isHovering = false; ///< the pointer rests over the closed notch
+        bool isPinned = false;
+        bool isEditingNote = false;
+        bool isDragging = false;
+        bool isEditingHome = false;
+        int noteFocusRequest = 0;
+        bool wantsNoteFocus = false;
+        bool operator==(const Fields&) const = default;
+    };
+
+    const Fields& fields() const { return fields_; }
+    /// `live` while there is a live activity, else `collapsed`.
+    Mode restingMode() const { return fields_.live ? Mode::live : Mode::collapsed; }
+
+    /// Replaces the state; observers hear of it only when something changed.
+    void set(Fields fields);
+    [[nodiscard]] Subscription observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
+
+private:
+    Fields fields_;
+    Observers observers_;
+};
+
+} // namespace kippo
