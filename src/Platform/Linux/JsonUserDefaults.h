@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Support/UserDefaults.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace kippo {
+
+/// The user's settings in one JSON file, which the user may edit by hand too. Keys and values that Kippo does not know
+/// are kept as they are. A file that cannot be read as JSON is never lost: the first write moves it aside, to
+/// "defaults.json.damaged" (with a number if need be).
+class JsonUserDefaults final : public UserDefaults {
+public:
+    enum class Access : std::uint8_t {
+        readWrite,
+        readOnly ///< `set` changes the memory only: for the terminal commands, which run beside the application
+    };
+
+    explicit JsonUserDefaults(std::string path, Access access = Access::readWrite);
+    ~JsonUserDefaults() override;
+
+    std::optional<DefaultsValue> value(std::string_view key) const override;
+    /// Written at once; a failure to write leaves the value in memory, and the next `set` tries again.
+    void set(std::string_view key, DefaultsValue value) override;
+    void registerDefault(std::string_view key, DefaultsValue value) override;
+    [[nodiscard]] Subscription observe(std::function<void()> callback) override;
+
+    /// Reads the file again if it changed, and calls the observers if any value did. While it is damaged the values
+    /// read last stay.
+    void reload();
+
+private:
+    struct Document;
+
+    /// Takes over the file's contents when they changed since the last time; whether any value is different now.
+    bool readIfChanged();
+    void write();
+    bool keepDamagedFile() const;
+
+    std::string path_;
+    Access access_;
+    std::unique_ptr<Document> document_;
+    std::string text_;     ///< the file's bytes as last read or written
+    bool damaged_ = false; ///< the file holds something that is not ours to overwrite
+    std::map<std::string, DefaultsValue, std::less<>> registered_;
+    Observers observers_;
+};
+
+} // namespace kippo

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <unistd.h>
+#include <utility>
+
+namespace kippo {
+
+/// A file descriptor that closes itself.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int value) : value_(value) {}
+    Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(value_, other.value_);
+        return *this;
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (value_ >= 0) {
+            close(value_);
+        }
+    }
+
+    int get() const { return value_; }
+    explicit operator bool() const { return value_ >= 0; }
+
+private:
+    int value_ = -1;
+};
+
+} // namespace kippo
