@@ -1,0 +1,58 @@
+import QtQuick
+import Kippo
+
+/// The open panel: the page's name and its summary on either side of the cut-out, the page below.
+Item {
+    id: expanded
+
+    required property NotchViewModel notch
+    required property AgentsViewModel agents
+    /// How far the shoulders take the body in.
+    required property real shoulder
+    readonly property real inset: shoulder + Theme.margin
+
+    Item {
+        id: strip
+
+        x: expanded.inset
+        width: expanded.width - 2 * x
+        height: expanded.notch.notchHeight
+
+        PlainText {
+            height: parent.height
+            text: "Agents"
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.DemiBold
+        }
+
+        Row {
+            anchors.right: parent.right
+            height: parent.height
+            spacing: Theme.gap + Theme.unit
+
+            StatusCount {
+                status: AgentLook.Status.NeedsYou
+                text: expanded.agents.needsYouText
+            }
+
+            StatusCount {
+                status: AgentLook.Status.Working
+                text: expanded.agents.workingText
+            }
+
+            StatusCount {
+                status: AgentLook.Status.Idle
+                text: expanded.agents.restText
+            }
+        }
+    }
+
+    AgentsPage {
+        x: expanded.shoulder + Theme.gap
+        y: strip.height
+        width: expanded.width - 2 * x
+        // Four rows fit exactly, clear of the rounded corners.
+        height: expanded.height - y - 6
+        agents: expanded.agents
+    }
+}

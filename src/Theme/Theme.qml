@@ -1,0 +1,48 @@
+pragma Singleton
+import QtQuick
+
+/// Colours, type and spacing by meaning. Every colour of text reaches 4.5:1 on the panel's black.
+QtObject {
+    /// The panel itself: pure black, so that it passes for the screen's own edge.
+    readonly property color surface: "#000000"
+    readonly property color hover: "#141416"
+    readonly property color hairline: "#1f1f22"
+    readonly property color chip: "#1c1c1f"
+
+    readonly property color text: "#f5f5f7"
+    readonly property color textSecondary: "#b8b8bd"
+    readonly property color textTertiary: "#838388"
+
+    /// One accent per meaning; StatusLight gives each a shape of its own as well.
+    readonly property color needsYou: "#ffb340"
+    readonly property color working: "#5aa9ff"
+    readonly property color done: "#4fd08f"
+    readonly property color idle: "#838388"
+
+    function statusColor(status: int): color {
+        switch (status) {
+        case AgentLook.Status.NeedsYou: return needsYou;
+        case AgentLook.Status.Working: return working;
+        case AgentLook.Status.Done: return done;
+        default: return idle;
+        }
+    }
+
+    readonly property string family: "Inter"
+    readonly property int titleSize: 13
+    readonly property int bodySize: 12
+    readonly property int metaSize: 11
+
+    /// Everything stands on a grid of 4.
+    readonly property int unit: 4
+    readonly property int gap: 8
+    readonly property int margin: 16
+    readonly property int corner: 10
+    readonly property int rowHeight: 52
+    readonly property int badgeSize: 28
+    readonly property int chipHeight: 16
+    readonly property int smallBadgeSize: 16
+    readonly property int lightSize: 10
+    /// How far the closed notch's concave shoulders reach in from its ends.
+    readonly property int shoulderReach: 10
+}

@@ -1,0 +1,64 @@
+# Everything people see: the view models and QML files of the features and the theme, in one module so that QML is
+# compiled ahead of time and found without paths.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick)
+
+set(kippo_qml_singletons Theme/Theme.qml Theme/Motion.qml)
+set(kippo_qml
+  ${kippo_qml_singletons}
+  Theme/Chip.qml
+  Theme/PlainText.qml
+  Theme/ScrollHint.qml
+  Agents/Views/AgentsPage.qml
+  Agents/Views/EmptySessions.qml
+  Agents/Views/SessionDelegate.qml
+  Theme/StatusCount.qml
+  Theme/StatusLight.qml
+  Notch/Views/ExpandedView.qml
+  Notch/Views/NotchPanel.qml
+  Notch/Views/PeekView.qml
+  Notch/Views/WingView.qml
+)
+set_source_files_properties(${kippo_qml_singletons} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+foreach(file IN LISTS kippo_qml)
+  get_filename_component(name ${file} NAME)
+  set_source_files_properties(${file} PROPERTIES QT_RESOURCE_ALIAS ${name})
+endforeach()
+
+set(kippo_views_sources
+  Theme/AgentBadge.cpp
+  Agents/Views/AgentsViewModel.cpp
+  Agents/Views/SessionListModel.cpp
+  Agents/Views/SessionRow.cpp
+  Theme/StatusGlyph.cpp
+  Notch/Views/NotchSilhouette.cpp
+  Notch/Views/NotchStage.cpp
+  Notch/Views/NotchViewModel.cpp
+)
+qt_add_library(kippo_views STATIC)
+set_target_properties(kippo_views PROPERTIES AUTOMOC ON)
+qt_add_qml_module(kippo_views
+  URI Kippo
+  VERSION 1.0
+  DEPENDENCIES QtQuick
+  RESOURCE_PREFIX /qt/qml
+  OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/Kippo
+  QML_FILES ${kippo_qml}
+  SOURCES
+    ${kippo_views_sources}
+    Theme/AgentBadge.h
+    Theme/AgentLook.h
+    Agents/Views/AgentsViewModel.h
+    Agents/Views/SessionListModel.h
+    Agents/Views/SessionRow.h
+    Theme/StatusGlyph.h
+    Theme/Texts.h
+    Notch/Views/NotchSilhouette.h
+    Notch/Views/NotchStage.h
+    Notch/Views/NotchViewModel.h
+)
+# The generated registration includes headers by their bare name.
+target_include_directories(kippo_views PRIVATE Agents/Views Notch/Views Theme)
+target_link_libraries(kippo_views PUBLIC kippo_core Qt6::Core Qt6::Gui Qt6::Qml Qt6::Quick)
+# Warnings as errors for what people wrote; not for what Qt generates.
+set_source_files_properties(${kippo_views_sources} PROPERTIES
+  COMPILE_OPTIONS "$<TARGET_PROPERTY:kippo_warnings,INTERFACE_COMPILE_OPTIONS>")
