@@ -1,0 +1,190 @@
+#include "Agents/AgentStore.h"
+#include "App/Application.h"
+#include "App/DemoDefaults.h"
+#include "App/DemoDirector.h"
+#include "App/DemoScenes.h"
+#include "App/Panel.h"
+#include "App/Prefs.h"
+#include "Platform/Linux/InotifyFileWatcher.h"
+#include "Platform/Linux/Installation.h"
+#include "Platform/Linux/JsonUserDefaults.h"
+#include "Platform/Linux/ProcProcessLister.h"
+#include "Platform/Posix/WorkerQueue.h"
+#include "Platform/Qt/NotchWindow.h"
+#include "Platform/Qt/QtScheduler.h"
+#include "Platform/Qt/QtScreens.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QQuickView>
+#include <QSocketNotifier>
+#include <cstdio>
+#include <expected>
+
+namespace {
+
+using namespace kippo;
+
+/// A line on standard error, as every complaint of the program.
+int complain(const QString& sentence) {
+    std::fprintf(stderr, "kippo-app: %s\n", qPrintable(sentence));
+    return 2;
+}
+
+/// The agents' store on this machine's real ports. The main queue is Qt's.
+struct Agents {
+    Agents(const Places& places, Scheduler& scheduler, UserDefaults& defaults)
+        : store(places, {scheduler, defaults, work, processes, &files}) {
+        if (files.descriptor() >= 0) {
+            filesReady.emplace(files.descriptor(), QSocketNotifier::Read);
+            QObject::connect(&*filesReady, &QSocketNotifier::activated, &*filesReady, [this] { files.dispatch(); });
+        }
+    }
+
+    static void post(std::function<void()> work) {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(work), Qt::QueuedConnection);
+    }
+
+    ProcProcessLister processes;
+    InotifyFileWatcher files;
+    std::optional<QSocketNotifier> filesReady;
+    WorkerQueue work{post};
+    AgentStore store;
+};
+
+/// The notch on this desktop: its window, and what the window shows.
+struct Notch {
+    Notch(Scheduler& scheduler) : panel(scheduler) {
+        window.onShow = [this](const NotchShapes& shapes, NotchModel::Mode mode) { panel.stage.show(shapes, mode); };
+        QObject::connect(&panel.stage, &NotchStage::shapeChanged, &window.view(),
+                         [this] { window.setShape(panel.stage.shape()); });
+        panel.load(window.view());
+    }
+
+    QtScreens screens;
+    Panel panel;
+    NotchWindow window;
+};
+
+struct DemoOptions {
+    bool isOn = false;
+    QString scene;                              ///< empty for the moving play
+    QString screenshot;                         ///< the file for a picture of the scene; empty for none
+    QColor backdrop = QColor{0x6f, 0x7f, 0x95}; ///< what the picture has in place of a desktop
+};
+
+// The person may edit the settings' file by hand.
+constexpr Seconds settingsInterval{2};
+constexpr Seconds settingsTolerance{1};
+
+int runApplication() {
+    const Places places = Places::fromEnvironment();
+    QtScheduler scheduler;
+    JsonUserDefaults defaults{places.configFolder + "/defaults.json"};
+    Prefs::registerDefaults(defaults);
+    Agents agents{places, scheduler, defaults};
+    Notch notch{scheduler};
+    Application application{notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window}};
+    application.follow(agents.store);
+    agents.store.start();
+    const Timer settings = scheduler.every(settingsInterval, settingsTolerance, [&defaults] { defaults.reload(); });
+    return QGuiApplication::exec();
+}
+
+int runDemo(const DemoOptions& options) {
+    QtScheduler scheduler;
+    DemoDefaults defaults;
+    Prefs::registerDefaults(defaults);
+    defaults.set("mascotNightOwl", false);
+    defaults.set("reducedMotion", !options.scene.isEmpty());
+    Notch notch{scheduler};
+    Application application{notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window}};
+
+    DemoDirector director{scheduler};
+    director.onSessions = [&](const std::vector<AgentSession>& sessions) { application.showSessions(sessions); };
+    director.onAlert = [&](const AgentSession& session) { application.agentAlert(session); };
+    if (options.scene.isEmpty()) {
+        director.start();
+        return QGuiApplication::exec();
+    }
+    if (!DemoScenes::arrange(options.scene.toStdString(), application, scheduler.now())) {
+        return complain(QStringLiteral("there is no scene \"%1\"; see kippo-app --help").arg(options.scene));
+    }
+    if (options.screenshot.isEmpty()) {
+        return QGuiApplication::exec();
+    }
+    notch.window.view().setColor(options.backdrop);
+    QGuiApplication::processEvents();
+    return notch.window.view().grabWindow().save(options.screenshot)
+               ? 0
+               : complain(QStringLiteral("cannot write %1").arg(options.screenshot));
+}
+
+/// The software renderer shows the first frame sooner, takes a third of the memory and draws nothing while nothing
+/// moves; whoever prefers another names it as Qt programs let one.
+void chooseRenderer() {
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
+
+constexpr const char* usage = R"(usage: kippo-app [--demo[=SCENE]] [--screenshot=FILE] [--backdrop=COLOUR]
+
+  --demo              sample sessions that come, work, wait and finish, over and over
+  --demo=SCENE        one moment of it, standing still: closed, live, live-one, live-needs-you, peek-done,
+                      peek-short, peek-long, peek-needs-you, open, many or empty
+  --screenshot=FILE   a picture of that moment, and no window
+  --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
+)";
+
+/// The options, or what is wrong with them.
+std::expected<DemoOptions, QString> readArguments(const QStringList& arguments) {
+    DemoOptions demo;
+    for (const QString& argument : arguments.mid(1)) {
+        const QString name = argument.section(u'=', 0, 0);
+        const QString value = argument.section(u'=', 1);
+        if (name == u"--demo") {
+            demo.isOn = true;
+            demo.scene = value;
+        } else if (name == u"--screenshot" && !value.isEmpty()) {
+            demo.screenshot = value;
+        } else if (name == u"--backdrop" && QColor::isValidColor(value)) {
+            demo.backdrop = QColor{value};
+        } else {
+            return std::unexpected{QStringLiteral("cannot use \"%1\"; see kippo-app --help").arg(argument)};
+        }
+    }
+    if (!demo.screenshot.isEmpty() && demo.scene.isEmpty()) {
+        return std::unexpected{QStringLiteral("a screenshot needs a scene, such as --demo=open")};
+    }
+    return demo;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    if (arguments.contains(u"--help")) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    const auto demo = readArguments(arguments);
+    if (!demo) {
+        return complain(demo.error());
+    }
+    chooseRenderer();
+    if (!demo->screenshot.isEmpty() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // Qt would abort with a core dump.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !Installation::hasDisplay()) {
+        return complain(QStringLiteral("there is no display to show the panel on"));
+    }
+    QGuiApplication application{argc, argv};
+    QGuiApplication::setApplicationName(QStringLiteral("Kippo"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return demo->isOn ? runDemo(*demo) : runApplication();
+}

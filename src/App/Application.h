@@ -1,0 +1,51 @@
+#pragma once
+
+#include "App/Panel.h"
+#include "Notch/NotchController.h"
+
+namespace kippo {
+
+class AgentStore;
+
+/// Ties the stores to the notch: what happens in a store becomes a peek, a wing, a row.
+class Application {
+public:
+    /// What the notch stands on. All of it, and `panel`, must outlive the application.
+    struct Ports {
+        Scheduler& scheduler;
+        UserDefaults& defaults;
+        Screens& screens;
+        Pointer& pointer;
+        PanelWindow& window;
+    };
+
+    Application(Panel& panel, Ports ports);
+
+    /// From now on shows what `agents` knows; it must outlive the application's event loop. Starting it is the
+    /// caller's.
+    void follow(AgentStore& agents);
+
+    void showSessions(std::span<const AgentSession> sessions);
+    /// A session came to need the person, or finished.
+    void agentAlert(const AgentSession& session);
+
+    NotchController& notch() { return notch_; }
+    /// The agents page came on screen, or left it.
+    std::function<void(bool)> onAgentsPageVisible;
+
+private:
+    void updateLiveActivity();
+    void readSettings();
+    void notchChanged();
+
+    Panel& panel_;
+    Ports ports_;
+    NotchController notch_;
+    std::vector<AgentSession> sessions_;
+    Timer minute_;
+    Subscription notchSubscription_;
+    Subscription defaultsSubscription_;
+    Subscription agentsSubscription_;
+};
+
+} // namespace kippo

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "App/Application.h"
+
+#include <string_view>
+#include <vector>
+
+namespace kippo {
+
+/// Moments at which the demo can stand still for a look or a picture.
+namespace DemoScenes {
+
+/// Their names, such as "open" or "peek-done".
+std::vector<std::string_view> names();
+
+/// Brings the application into the scene; false when there is none of that name. A peek stays for a day.
+bool arrange(std::string_view name, Application& application, Date now);
+
+} // namespace DemoScenes
+
+} // namespace kippo

@@ -1,0 +1,14 @@
+#include "App/Panel.h"
+
+#include <QQuickView>
+
+namespace kippo {
+
+void Panel::load(QQuickView& view) {
+    view.setInitialProperties({{QStringLiteral("stage"), QVariant::fromValue(&stage)},
+                               {QStringLiteral("notch"), QVariant::fromValue(&notch)},
+                               {QStringLiteral("agents"), QVariant::fromValue(&agents)}});
+    view.setSource(QUrl{QStringLiteral("qrc:/qt/qml/Kippo/NotchPanel.qml")});
+}
+
+} // namespace kippo

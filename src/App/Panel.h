@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Agents/Views/AgentsViewModel.h"
+#include "Notch/Views/NotchStage.h"
+#include "Notch/Views/NotchViewModel.h"
+
+class QQuickView;
+
+namespace kippo {
+
+/// What the panel's window shows: the notch's state and the view models over it.
+struct Panel {
+    explicit Panel(Scheduler& scheduler) : agents(scheduler) {}
+
+    /// Fills `view`; the panel must outlive what the view shows.
+    void load(QQuickView& view);
+
+    NotchModel model;
+    NotchStage stage;
+    NotchViewModel notch{model};
+    AgentsViewModel agents;
+};
+
+} // namespace kippo
