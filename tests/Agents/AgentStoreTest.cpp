@@ -1,0 +1,237 @@
+#include "Agents/AgentStore.h"
+#include "Fakes/FakeDefaults.h"
+#include "Fakes/FakeProcessLister.h"
+#include "Fakes/FakeScheduler.h"
+#include "Fakes/PrivateHome.h"
+
+#include <deque>
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+namespace kippo {
+
+namespace {
+
+/// A queue whose work runs when the test says so.
+class HeldQueue final : public SerialQueue {
+public:
+    void run(std::function<void()> work, std::function<void()> then) override {
+        waiting.push_back([work = std::move(work), then = std::move(then)] {
+            work();
+            then();
+        });
+    }
+    void runAll() {
+        while (!waiting.empty()) {
+            const auto next = std::move(waiting.front());
+            waiting.pop_front();
+            next();
+        }
+    }
+    std::deque<std::function<void()>> waiting;
+};
+
+struct AgentStoreTest : testing::Test {
+    PrivateHome home;
+    FakeScheduler scheduler;
+    FakeDefaults defaults;
+    InlineSerialQueue queue;
+    FakeProcessLister processes;
+    std::vector<std::string> alerts;
+
+    std::unique_ptr<AgentStore> makeStore(AgentStore::Role role = AgentStore::Role::keeper) {
+        auto store = std::make_unique<AgentStore>(
+            home.places(),
+            AgentStore::Ports{
+                .scheduler = scheduler, .defaults = defaults, .work = queue, .processes = processes, .files = nullptr},
+            role);
+        store->onAlert = [this](const AgentSession& session) {
+            alerts.push_back(session.id + " " + std::string{rawValue(session.status.value)});
+        };
+        return store;
+    }
+
+    /// Appends an event of session `id` at the present time; `more` are further members of the line.
+    void event(const std::string& name, const std::string& more = "", const std::string& id = "s") {
+        home.append(home.places().eventLog(),
+                    fmt::format("{{\"t\":{:.3f},\"e\":\"{}\",\"s\":\"{}\",\"a\":\"claude\",\"c\":\"/x\"{}}}\n",
+                                unixSeconds(scheduler.now()), name, id, more));
+    }
+
+    static std::string status(const AgentStore& store, const std::string& id = "s") {
+        for (const AgentSession& session : store.sessions()) {
+            if (session.id == id) {
+                return std::string{rawValue(session.status.value)};
+            }
+        }
+        return "none";
+    }
+};
+
+} // namespace
+
+TEST_F(AgentStoreTest, FollowsTheLogAsItGrows) {
+    event("SessionStart");
+    const auto store = makeStore();
+    store->start();
+    EXPECT_EQ(status(*store), "idle");
+
+    event("UserPromptSubmit", R"(,"p":"Fix it")");
+    scheduler.advance(Seconds{0.5});
+    EXPECT_EQ(status(*store), "working");
+    EXPECT_EQ(store->sessions()[0].prompt, "Fix it");
+
+    // Half a line waits for its other half; damage in between costs only itself.
+    const auto log = home.places().eventLog();
+    home.append(log, "garbage\n{\"t\":\"1\",\"e\":\"Stop\",\"s\":\"s\"}\n{\"t\":");
+    scheduler.advance(Seconds{0.5});
+    EXPECT_EQ(status(*store), "working");
+    home.append(log, fmt::format("{:.3f},\"e\":\"Stop\",\"s\":\"s\"}}\n", unixSeconds(scheduler.now())));
+    scheduler.advance(Seconds{0.5});
+    EXPECT_EQ(status(*store), "done");
+
+    // A log that starts again, in place or as a new file, is read from its start.
+    home.write(log, "");
+    event("UserPromptSubmit");
+    scheduler.advance(Seconds{0.5});
+    EXPECT_EQ(status(*store), "working");
+}
+
+TEST_F(AgentStoreTest, LeavesOldEventsAndOverlongLogsBehind) {
+    const double now = unixSeconds(scheduler.now());
+    const auto log = home.places().eventLog();
+    home.write(log, fmt::format("{{\"t\":{:.1f},\"e\":\"UserPromptSubmit\",\"s\":\"old\"}}\n"
+                                "{{\"t\":{:.1f},\"e\":\"UserPromptSubmit\",\"s\":\"new\"}}\n",
+                                now - 43201, now - 43199));
+    auto store = makeStore();
+    store->readEvents(true);
+    EXPECT_EQ(store->lastEventAt(), dateFromUnix(now - 43199));
+
+    for (const auto& [size, kept] : {std::pair{2000000, true}, std::pair{2000001, false}}) {
+        home.write(log, std::string(static_cast<std::size_t>(size), '\n'));
+        makeStore(AgentStore::Role::onlooker)->start();
+        EXPECT_TRUE(home.exists(log));
+        makeStore()->start();
+        EXPECT_EQ(home.exists(log), kept) << size;
+    }
+}
+
+TEST_F(AgentStoreTest, AlertsOnceForWhatTheUserShouldKnow) {
+    const std::string bash = R"(PermissionRequest,"tool":"Bash")", edit = R"(PermissionRequest,"tool":"Edit")";
+    const std::string vague = R"(Notification,"n":"permission_prompt","m":"Claude needs your permission")";
+    struct Row {
+        const char* what;
+        std::vector<std::string> happens; ///< seconds that pass, or an event: "b/" of session b, behind "," its members
+        std::vector<std::string> alerts;
+    };
+    const std::vector<Row> rows{
+        {"a short turn ends silently", {"UserPromptSubmit", "15", "Stop", "1"}, {}},
+        {"a long one does not", {"UserPromptSubmit", "25", "Stop", "60"}, {"s done"}},
+        {"a granted request does not cut the turn in two",
+         {"UserPromptSubmit", "15", "PermissionRequest", "1", R"(PostToolUse,"tool":"Bash")", "8", "Stop", "1"},
+         {"s needsYou", "s done"}},
+        {"one wait, one alert", {"UserPromptSubmit", "1", bash, "6", vague, "6"}, {"s needsYou"}},
+        {"another wait, another alert", {bash, "1", edit, "1"}, {"s needsYou", "s needsYou"}},
+        {"a session first seen is taken as it is", {"new/PermissionRequest", "1"}, {}},
+        {"of several the one that needs the user comes last",
+         {"UserPromptSubmit", "b/UserPromptSubmit", "30", "PermissionRequest", "b/Stop", "1"},
+         {"b done", "s needsYou"}},
+        {"a dismissed session that comes back needing the user",
+         {"UserPromptSubmit", "1", "dismiss", "1", "PermissionRequest", "1"},
+         {"s needsYou"}},
+    };
+    for (const Row& row : rows) {
+        home.write(home.places().eventLog(), "");
+        alerts.clear();
+        event("SessionStart");
+        const auto store = makeStore();
+        store->start();
+        scheduler.advance(Seconds{5});
+        for (const std::string& step : row.happens) {
+            const auto slash = step.find('/'), comma = std::min(step.find(','), step.size());
+            if (std::isdigit(step[0])) {
+                scheduler.advance(Seconds{std::stod(step)});
+            } else if (step == "dismiss") {
+                store->dismiss(store->sessions().at(0));
+            } else if (slash != std::string::npos) {
+                event(step.substr(slash + 1), "", step.substr(0, slash));
+            } else {
+                event(step.substr(0, comma), step.substr(comma));
+            }
+        }
+        EXPECT_EQ(alerts, row.alerts) << row.what;
+    }
+}
+
+TEST_F(AgentStoreTest, StaysQuietWhileItLearnsWhatIsThere) {
+    event("UserPromptSubmit");
+    const auto store = makeStore();
+    store->start();
+    scheduler.advance(Seconds{2});
+    event("PermissionRequest");
+    scheduler.advance(Seconds{60});
+    EXPECT_TRUE(alerts.empty());
+    EXPECT_EQ(store->needsYouCount(), 1);
+}
+
+TEST_F(AgentStoreTest, LooksLessOftenWhileNobodyLooks) {
+    int usageScans = 0;
+    const auto store = makeStore();
+    store->scanUsage = [&usageScans] { ++usageScans; };
+    store->start();
+    processes.listings = usageScans = 0;
+    scheduler.advance(Seconds{60});
+    EXPECT_EQ(processes.listings, 4);
+    EXPECT_EQ(usageScans, 1);
+
+    store->setVisible(true);
+    processes.listings = usageScans = 0;
+    scheduler.advance(Seconds{60});
+    EXPECT_EQ(processes.listings, 20);
+    EXPECT_EQ(usageScans, 8); // every 9 s, and once a minute besides
+}
+
+TEST_F(AgentStoreTest, RemembersAcrossStarts) {
+    {
+        const auto store = makeStore();
+        store->start();
+        event("UserPromptSubmit", R"(,"g":"gemini")");
+        event("UserPromptSubmit", R"(,"g":"nobody")", "n");
+        scheduler.advance(Seconds{1});
+        store->setVisible(AgentKind::gemini, false);
+        EXPECT_EQ(store->sessions().size(), 1U);
+    }
+    const auto store = makeStore();
+    ASSERT_EQ(store->lastEventByAgent().size(), 1U);
+    EXPECT_TRUE(store->lastEventByAgent().contains(HookAgent::gemini));
+    EXPECT_EQ(store->hidden(), std::set<std::string>{"gemini"});
+    EXPECT_TRUE(std::holds_alternative<std::vector<std::string>>(*defaults.value("hiddenAgents")));
+}
+
+TEST_F(AgentStoreTest, AnOnlookerWritesNothing) {
+    event("UserPromptSubmit");
+    const auto store = makeStore(AgentStore::Role::onlooker);
+    store->refreshOnce();
+    EXPECT_EQ(store->workingCount(), 1);
+    EXPECT_TRUE(defaults.values.empty());
+}
+
+TEST_F(AgentStoreTest, RunsOneScanOfEachKindAtATimeAndMayDieBeforeItEnds) {
+    HeldQueue held;
+    auto store = std::make_unique<AgentStore>(
+        home.places(),
+        AgentStore::Ports{
+            .scheduler = scheduler, .defaults = defaults, .work = held, .processes = processes, .files = nullptr});
+    store->setVisible(true);
+    store->start();
+    scheduler.advance(Seconds{30});
+    EXPECT_EQ(held.waiting.size(), 2U); // one poll, one scan
+    held.runAll();
+    EXPECT_EQ(processes.listings, 1);
+    scheduler.advance(Seconds{3});
+    store.reset();
+    held.runAll(); // what was under way ends without it
+    EXPECT_EQ(processes.listings, 2);
+}
+
+} // namespace kippo

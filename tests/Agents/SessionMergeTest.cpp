@@ -1,0 +1,438 @@
+#include "Agents/SessionMerge.h"
+
+#include <algorithm>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace kippo {
+
+namespace {
+
+using Phase = TranscriptWatcher::State::Phase;
+using SessionMerge::Memory;
+
+/// What all witnesses say at one moment, with the words of a test. Times are seconds after a fixed start.
+struct World {
+    std::map<std::string, HookState> hooks;
+    std::map<std::string, TranscriptWatcher::State> transcripts;
+    std::vector<RegistryEntry> registry;
+    ProcessScanner::Snapshot snapshot;
+    std::set<std::string> hiddenKinds;
+    std::vector<std::string> hiddenProcesses;
+    std::map<std::string, Date> dismissedAt;
+    std::map<std::string, Date> clearedAt;
+    Memory memory;
+    double scannedAt = -1; ///< when the snapshot was taken; none when negative
+
+    static Date at(double seconds) { return dateFromUnix(1795226400 + seconds); }
+
+    HookState& hook(double when, const std::string& name, HookBridge::Event event = {}, const std::string& id = "s") {
+        event.time = at(when);
+        event.name = name;
+        event.session = id;
+        event.cwd = event.cwd ? event.cwd : "/home/dev/app";
+        hooks[id].apply(event);
+        return hooks[id];
+    }
+    TranscriptWatcher::State& transcript(double when, Phase phase, const std::string& id = "s") {
+        auto& state = transcripts[id];
+        state.session = id;
+        state.cwd = "/home/dev/app";
+        state.phase = std::move(phase);
+        state.phaseSince = state.lastActivity = at(when);
+        return state;
+    }
+    RegistryEntry& registered(double when, RegistryEntry::Status status, Pid pid = 10, const std::string& id = "s") {
+        registry.push_back({.pid = pid,
+                            .session = id,
+                            .cwd = "/home/dev/app",
+                            .entrypoint = "cli",
+                            .procStart = 1000U,
+                            .status = status,
+                            .waitingFor = {},
+                            .statusUpdatedAt = at(when)});
+        if (status == RegistryEntry::Status::waiting) {
+            registry.back().waitingFor = "permission prompt";
+        }
+        return registry.back();
+    }
+    ProcInfo& process(Pid pid, double started, const std::string& command = "claude", Pid parent = 1) {
+        ProcInfo proc{.pid = pid, .ppid = parent, .rssKB = 1000, .cpu = 1, .uptime = 0, .command = command};
+        proc.startTicks = 1000;
+        snapshot.children[parent].push_back(pid);
+        starts_[pid] = started;
+        scannedAt = 0;
+        return snapshot.procs[pid] = proc;
+    }
+    void root(Pid pid, double started, AgentKind kind = AgentKind::claude,
+              const std::string& folder = "/home/dev/app") {
+        process(pid, started, std::string{rawValue(kind)});
+        snapshot.agentRoots.emplace_back(pid, kind);
+        snapshot.cwds[pid] = folder;
+    }
+    void kill(Pid pid) {
+        snapshot.procs.erase(pid);
+        std::erase_if(snapshot.agentRoots, [pid](const auto& entry) { return entry.first == pid; });
+    }
+
+    SessionMerge::Output merge(double when) {
+        if (scannedAt >= 0) {
+            scannedAt = when;
+        }
+        for (auto& [pid, proc] : snapshot.procs) {
+            proc.uptime = when - starts_[pid];
+        }
+        return SessionMerge::merge({.hooks = hooks,
+                                    .transcripts = transcripts,
+                                    .registry = registry,
+                                    .snapshot = scannedAt >= 0 ? &snapshot : nullptr,
+                                    .snapshotTime = at(scannedAt),
+                                    .now = at(when),
+                                    .hiddenKinds = hiddenKinds,
+                                    .hiddenProcesses = hiddenProcesses,
+                                    .dismissedAt = dismissedAt,
+                                    .clearedAt = clearedAt},
+                                   memory);
+    }
+
+private:
+    std::map<Pid, double> starts_;
+};
+
+HookBridge::Event tool(const std::string& name) {
+    HookBridge::Event event;
+    event.tool = name;
+    return event;
+}
+
+HookBridge::Event from(const std::string& agent, HookBridge::Event event = {}) {
+    event.source = agent;
+    return event;
+}
+
+HookBridge::Event notification(const std::string& kind, const std::string& message) {
+    HookBridge::Event event;
+    event.kind = kind;
+    event.message = message;
+    return event;
+}
+
+HookBridge::Event reply(const std::string& text) {
+    HookBridge::Event event;
+    event.reply = text;
+    return event;
+}
+
+std::string describe(const AgentStatus& status) {
+    return std::string{rawValue(status.value)} + (status.isNeedsYou() ? ": " + status.sentence : "");
+}
+
+using Registry = RegistryEntry::Status;
+constexpr auto working = Phase::Case::working;
+constexpr auto approveCommand = "needsYou: Waiting for you to approve a command";
+
+// What the witnesses of the table below say.
+using Says = std::function<void(World&)>;
+
+Says hook(double when, const std::string& name, const HookBridge::Event& event = {}) {
+    return [=](World& w) { w.hook(when, name, event); };
+}
+Says root(AgentKind kind = AgentKind::claude) {
+    return [=](World& w) { w.root(10, -100, kind); };
+}
+Says process(Pid pid, double started, const std::string& command, Pid parent = 1) {
+    return [=](World& w) { w.process(pid, started, command, parent); };
+}
+Says registry(double when, RegistryEntry::Status status) {
+    return [=](World& w) { w.registered(when, status); };
+}
+Says transcript(double when, Phase::Case phase, const std::string& sentence = {}) {
+    return [=](World& w) { w.transcript(when, {phase, sentence}); };
+}
+
+} // namespace
+
+// One row per rule of docs/sessions.md on status: what the witnesses say by the 30th second, and what the user is told.
+TEST(SessionMerge, TellsTheStatusFromAllWitnesses) {
+    struct Row {
+        const char* rule;
+        std::vector<Says> says;
+        std::string expected;
+    };
+    const Says asked = [](World& w) {
+        w.root(10, -100);
+        w.hook(0, "UserPromptSubmit");
+        w.hook(5, "PreToolUse", tool("Bash"));
+        w.hook(6, "PermissionRequest", tool("Bash"));
+    };
+    const Says submitted = hook(0, "UserPromptSubmit"), otherProcess = process(99, -9, "bash");
+    const std::vector<Row> rows{
+        {"hooks alone: working", {submitted}, "working"},
+        {"hooks alone: waiting", {asked}, approveCommand},
+        {"a vaguer notification keeps the sentence",
+         {asked, hook(12, "Notification", notification("permission_prompt", "Claude needs your permission"))},
+         approveCommand},
+        {"S1 the registry waits behind a parallel tool",
+         {asked, registry(6.2, Registry::waiting), hook(8, "PostToolUse", tool("Read"))},
+         "needsYou: Waiting for your approval"},
+        {"S2 granted", {asked, registry(9, Registry::busy)}, "working"},
+        {"S2 an older busy proves nothing", {asked, registry(1, Registry::busy)}, approveCommand},
+        {"S3 declined", {asked, registry(9, Registry::idle)}, "idle"},
+        {"S3 does not clear an error",
+         {root(), submitted, hook(3, "StopFailure"), registry(4, Registry::idle)},
+         "needsYou: Stopped with an error"},
+        {"S4 Escape before any output", {root(), submitted, registry(4, Registry::idle)}, "idle"},
+        {"S4 late events of a sub-agent",
+         {root(), submitted, transcript(4, Phase::Case::done), registry(4, Registry::idle),
+          hook(9, "PostToolUse", tool("Read"))},
+         "done"},
+        {"S5 a new turn without hooks", {root(), hook(0, "Stop"), registry(4, Registry::busy)}, "working"},
+        {"S6 declined, by the transcript", {asked, transcript(9, Phase::Case::interrupted)}, "idle"},
+        {"S6 an older interruption is over",
+         {transcript(1, Phase::Case::interrupted), hook(5, "UserPromptSubmit")},
+         "working"},
+        {"S7 a question in the transcript",
+         {submitted, transcript(4.9, Phase::Case::needsYou, "Has a question for you"),
+          hook(5, "PreToolUse", tool("AskUserQuestion"))},
+         "needsYou: Has a question for you"},
+        {"S8 the transcript went on", {asked, transcript(9, working)}, "working"},
+        {"S8 the call itself is older", {asked, transcript(5.5, working)}, approveCommand},
+        {"S9 the granted command runs",
+         {root(AgentKind::codex), hook(6, "PermissionRequest", from("codex", tool("Bash"))),
+          process(11, 9, "cargo build", 10)},
+         "working"},
+        {"S9 an older child proves nothing",
+         {root(AgentKind::codex), process(11, -50, "node mcp-server.js", 10),
+          hook(6, "PermissionRequest", from("codex", tool("Bash")))},
+         approveCommand},
+        {"S10 the end without its hook", {submitted, transcript(8, Phase::Case::done)}, "done"},
+        {"S10 a failure without its hook",
+         {submitted, [](World& w) { w.transcript(8, {working, {}}).failure = "API Error: 500"; }},
+         "needsYou: Stopped: API Error: 500"},
+        {"S11 a new turn in the transcript", {hook(0, "Stop"), transcript(8, working)}, "working"},
+        {"S12 the reply asks", {hook(0, "Stop", reply("Two ports.\nNeeds you: which port?"))}, "needsYou: which port?"},
+        {"S12 the hook's copy was cut before the question",
+         {submitted, hook(9, "Stop", reply("A long reply that was")),
+          [](World& w) { w.transcript(8.8, {Phase::Case::done, {}}).markerNeedsYou = "which port?"; }},
+         "needsYou: which port?"},
+        {"S12 the question of an earlier turn is answered",
+         {[](World& w) { w.transcript(1, {Phase::Case::needsYou, "which port?"}).markerNeedsYou = "which port?"; },
+          hook(5, "UserPromptSubmit"), hook(9, "Stop", reply("Done: used 3000"))},
+         "done"},
+        {"S14 interrupted", {transcript(1, Phase::Case::interrupted)}, "idle"},
+        {"S15 the registry alone", {root(), registry(1, Registry::waiting)}, "needsYou: Waiting for your approval"},
+        {"headless: the registry says nothing", {root(), submitted, registry(1, Registry::unknown)}, "working"},
+        {"L3, G4 killed at work",
+         {root(), submitted, [](World& w) { w.merge(1); }, [](World& w) { w.kill(10); }},
+         "idle"},
+        {"L3 a registry entry that a kill left behind",
+         {otherProcess, hook(29, "UserPromptSubmit"), registry(1, Registry::busy)},
+         "idle"},
+        {"L3 its pid went to another program",
+         {root(), [](World& w) { w.snapshot.procs[10].startTicks = 77; },
+          [](World& w) { w.snapshot.cwds[10] = "/elsewhere"; }, hook(29, "UserPromptSubmit"),
+          registry(1, Registry::busy)},
+         "idle"},
+        {"L4 no such process at all", {otherProcess, submitted}, "idle"},
+        {"L4 not for agents that may live in an editor",
+         {otherProcess, hook(0, "beforeSubmitPrompt", from("cursor"))},
+         "working"},
+        {"L5 heard of again, so it runs elsewhere",
+         {otherProcess, submitted, [](World& w) { w.merge(5); }, hook(6, "PreToolUse", tool("Read"))},
+         "working"},
+        {"G2 the error outlives the session",
+         {submitted, hook(3, "SessionEnd"), hook(3.1, "StopFailure")},
+         "needsYou: Stopped with an error"},
+        {"G3 a headless run asked",
+         {hook(0, "Stop", reply("Needs you: which port?")), hook(1, "SessionEnd")},
+         "needsYou: which port?"},
+        {"G3 a person left the terminal",
+         {hook(0, "Stop", reply("Needs you: which port?")),
+          [](World& w) { w.transcript(-0.1, {Phase::Case::done, {}}).interactive = true; }, hook(1, "SessionEnd")},
+         "done"},
+    };
+    for (const Row& row : rows) {
+        World world;
+        for (const Says& says : row.says) {
+            says(world);
+        }
+        const auto sessions = world.merge(30).sessions;
+        const auto found = std::ranges::find(sessions, "s", &AgentSession::id);
+        ASSERT_NE(found, sessions.end()) << row.rule;
+        EXPECT_EQ(describe(found->status), row.expected) << row.rule;
+    }
+}
+
+TEST(SessionMerge, MakesOneRowOfHookTranscriptAndProcess) {
+    World w;
+    w.root(10, -5);
+    w.process(11, -4, "node server.js", 10).cpu = 7;
+    w.snapshot.ports[11] = {5173, 3000};
+    HookBridge::Event prompt;
+    prompt.prompt = "Fix  the\nbug";
+    w.hook(0, "UserPromptSubmit", prompt);
+    w.transcript(1, {working, {}}).entrypoint = "cli";
+    const auto output = w.merge(2);
+    ASSERT_EQ(output.sessions.size(), 1U);
+    const AgentSession& session = output.sessions[0];
+    EXPECT_EQ(session.rootPID, 10);
+    EXPECT_EQ(session.memoryKB, 2000);
+    EXPECT_DOUBLE_EQ(session.cpu, 8);
+    EXPECT_EQ(session.ports, (std::vector<int>{3000, 5173}));
+    EXPECT_EQ(session.childPorts.at(11).size(), 2U);
+    EXPECT_EQ(session.prompt, "Fix the bug");
+    EXPECT_EQ(session.entrypoint, "cli");
+    EXPECT_EQ(session.workingSince, World::at(0));
+}
+
+TEST(SessionMerge, KeepsTwoSessionsInOneFolderApart) {
+    World w;
+    w.root(10, 0, AgentKind::codex);
+    w.root(20, 50, AgentKind::codex);
+    const auto codex = from("codex");
+    w.hook(1, "SessionStart", codex, "first");
+    w.hook(51, "SessionStart", codex, "second");
+    const auto pids = [&w](double when) {
+        std::map<std::string, Pid> found;
+        for (const AgentSession& session : w.merge(when).sessions) {
+            found[session.id] = session.rootPID.value_or(0);
+        }
+        return found;
+    };
+    const std::map<std::string, Pid> expected{{"first", 10}, {"second", 20}};
+    EXPECT_EQ(pids(52), expected);
+    // Whoever speaks last, the processes stay where they are.
+    w.hook(60, "UserPromptSubmit", codex, "first");
+    EXPECT_EQ(pids(61), expected);
+    // A third session in the first one's process: the one that was silent longest has lost it.
+    w.hook(70, "UserPromptSubmit", codex, "second");
+    w.hook(80, "SessionStart", codex, "third");
+    w.hook(81, "UserPromptSubmit", codex, "third");
+    EXPECT_EQ(pids(82), (std::map<std::string, Pid>{{"first", 0}, {"second", 20}, {"third", 10}}));
+}
+
+TEST(SessionMerge, TiesByTheRegistryWhateverTheFolder) {
+    World w;
+    w.root(10, 0);
+    w.root(20, 1);
+    w.hook(2, "UserPromptSubmit", {}, "a");
+    w.hook(3, "UserPromptSubmit", {}, "b");
+    w.registered(3, Registry::busy, 20, "a");
+    w.registered(3, Registry::busy, 10, "b");
+    for (const AgentSession& session : w.merge(5).sessions) {
+        EXPECT_EQ(session.rootPID, session.id == "a" ? 20 : 10);
+    }
+    // After /clear the process goes on under a new id; the old session is over.
+    w.hook(6, "SessionEnd", {}, "a");
+    w.hook(7, "UserPromptSubmit", {}, "c");
+    for (const AgentSession& session : w.merge(9).sessions) {
+        EXPECT_EQ(session.rootPID, session.id == "c"   ? std::optional{20}
+                                   : session.id == "b" ? std::optional{10}
+                                                       : std::nullopt);
+    }
+}
+
+TEST(SessionMerge, ShowsAgentsOfWhichOnlyTheProcessIsKnown) {
+    World w;
+    w.root(10, 0, AgentKind::aider);
+    w.snapshot.procs[10].cpu = 30;
+    auto session = w.merge(5).sessions.at(0);
+    EXPECT_EQ(session.id, "pid-10");
+    EXPECT_EQ(session.sentence(false), "Busy");
+    w.snapshot.procs[10].cpu = 6; // between the two bounds it stays busy
+    EXPECT_EQ(w.merge(8).sessions.at(0).sentence(false), "Busy");
+    w.snapshot.procs[10].cpu = 1;
+    session = w.merge(11).sessions.at(0);
+    EXPECT_EQ(session.sentence(false), "Open, not busy");
+    EXPECT_EQ(session.lastEvent, World::at(8));
+    w.snapshot.procs[10].cpu = 6;
+    EXPECT_TRUE(w.merge(14).sessions.at(0).status.isIdle());
+}
+
+TEST(SessionMerge, LetsRowsLeaveInTheirTime) {
+    struct Row {
+        const char* what;
+        std::vector<Says> says;
+        double stays; ///< seconds after the last news; the row is gone a moment later
+    };
+    const Says end = hook(1, "SessionEnd"), prompted = hook(-1, "UserPromptSubmit");
+    const std::vector<Row> rows{
+        {"ended at work", {hook(0, "UserPromptSubmit"), end}, 300},
+        {"done and gone", {prompted, hook(0, "Stop", reply("Done: it")), end}, 1800},
+        {"asked and gone", {prompted, hook(0, "Stop", reply("Needs you: which?")), end}, 7200},
+    };
+    for (const Row& row : rows) {
+        World world;
+        for (const Says& says : row.says) {
+            says(world);
+        }
+        EXPECT_EQ(world.merge(row.stays - 1).sessions.size(), 1U) << row.what;
+        EXPECT_EQ(world.merge(row.stays + 1).sessions.size(), 0U) << row.what;
+    }
+    World never;
+    never.hook(0, "SessionStart");
+    never.hook(1, "SessionEnd");
+    EXPECT_TRUE(never.merge(2).sessions.empty());
+}
+
+TEST(SessionMerge, TakesOffWhatTheUserDoesNotWantToSee) {
+    World w;
+    w.hook(0, "UserPromptSubmit");
+    w.hook(5, "Stop");
+    w.dismissedAt["s"] = w.merge(6).sessions.at(0).lastEvent;
+    EXPECT_TRUE(w.merge(7).sessions.empty());
+    w.hook(65, "Notification", notification("idle_prompt", "Claude is waiting for your input"));
+    EXPECT_TRUE(w.merge(66).sessions.empty());
+    w.hook(70, "UserPromptSubmit");
+    EXPECT_EQ(w.merge(71).sessions.size(), 1U);
+    w.hiddenKinds.insert("claude");
+    EXPECT_TRUE(w.merge(72).sessions.empty());
+}
+
+TEST(SessionMerge, OrdersByWhatMattersAndStaysCalm) {
+    World w;
+    w.hook(0, "UserPromptSubmit", {}, "w1");
+    w.hook(10, "UserPromptSubmit", {}, "w2");
+    w.hook(1, "Stop", {}, "d1");
+    w.hook(20, "Stop", {}, "d2");
+    w.hook(5, "PermissionRequest", tool("Bash"), "n1");
+    w.hook(6, "PermissionRequest", tool("Edit"), "n2");
+    const auto order = [&w](double when) {
+        std::string ids;
+        for (const AgentSession& session : w.merge(when).sessions) {
+            ids += session.id + " ";
+        }
+        return ids;
+    };
+    EXPECT_EQ(order(21), "n2 n1 w2 w1 d2 d1 ");
+    w.hook(25, "PreToolUse", tool("Read"), "w1");
+    EXPECT_EQ(order(26), "n2 n1 w2 w1 d2 d1 ");
+}
+
+TEST(SessionMerge, NamesTheAgentByItsTranscriptThenByTheHook) {
+    World w;
+    w.hook(0, "UserPromptSubmit", from("mytool"), "a");
+    w.hook(0, "UserPromptSubmit", {}, "b");
+    w.transcript(0, {working, {}}, "b").agent = AgentKind::codex;
+    w.transcript(0, {working, {}}, "c").entrypoint = "claude-desktop";
+    w.transcript(0, {working, {}}, "d").isSubagent = true;
+    w.transcript(0, {working, {}}, "e").cwd.reset();
+    std::map<std::string, std::string> titles;
+    for (const AgentSession& session : w.merge(1).sessions) {
+        titles[session.id] = session.title();
+    }
+    EXPECT_EQ(titles, (std::map<std::string, std::string>{{"a", "mytool"}, {"b", "Codex"}, {"c", "Claude"}}));
+}
+
+TEST(SessionMerge, ListsWhatWasLeftRunningWithoutWhatTheUserHid) {
+    World w;
+    w.snapshot.detached.push_back(w.process(30, -100, "node /srv/vite dev"));
+    w.snapshot.detached.push_back(w.process(31, -100, "python3 worker.py"));
+    w.snapshot.ports[30] = {5173};
+    w.hiddenProcesses = {w.snapshot.procs[31].friendlyName()};
+    const auto detached = w.merge(1).detached;
+    ASSERT_EQ(detached.size(), 1U);
+    EXPECT_EQ(detached[0].ports, std::vector<int>{5173});
+}
+
+} // namespace kippo

@@ -1,0 +1,38 @@
+#include "Notch/LiveActivities.h"
+#include "NotchFixture.h"
+
+namespace kippo {
+
+using LiveActivitiesTest = NotchFixture;
+
+namespace {
+
+Date localHour(int hour) {
+    std::tm local{};
+    local.tm_year = 126;
+    local.tm_mon = 2;
+    local.tm_mday = 3;
+    local.tm_hour = hour;
+    local.tm_isdst = -1;
+    return dateFromUnix(static_cast<double>(std::mktime(&local)));
+}
+
+} // namespace
+
+TEST_F(LiveActivitiesTest, SleepsAtNightWhenNothingElseGoesOn) {
+    const AgentsActivity busy = oneWorking();
+    const LiveChoice sleeping{SleepingActivity{}, std::nullopt};
+    for (const int hour : {23, 0, 4}) {
+        EXPECT_EQ(chooseLive({}, defaults, localHour(hour)), sleeping) << hour;
+        EXPECT_TRUE(std::holds_alternative<AgentsActivity>(*chooseLive(busy, defaults, localHour(hour)).primary));
+    }
+    for (const int hour : {5, 22}) {
+        EXPECT_EQ(chooseLive({}, defaults, localHour(hour)), LiveChoice{}) << hour;
+    }
+    defaults.set("mascotNightOwl", false);
+    EXPECT_EQ(chooseLive({}, defaults, localHour(2)), LiveChoice{});
+    defaults.set("showLiveActivity", false);
+    EXPECT_EQ(chooseLive(busy, defaults, localHour(12)), LiveChoice{});
+}
+
+} // namespace kippo

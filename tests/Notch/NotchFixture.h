@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Fakes/FakeDefaults.h"
+#include "Fakes/FakePanelWindow.h"
+#include "Fakes/FakeScheduler.h"
+#include "Fakes/FakeScreens.h"
+#include "Notch/NotchController.h"
+
+#include <gtest/gtest.h>
+
+namespace kippo {
+
+/// A notch on one screen of 1920 by 1080, with the settings that people have when they change none.
+struct NotchFixture : testing::Test {
+    using Mode = NotchModel::Mode;
+    static constexpr Seconds moment{0.01};
+    static constexpr Point onNotch{960, 5};
+    static constexpr Point away{300, 700};
+
+    static AgentSession session(AgentStatus status, AgentKind kind = AgentKind::claude) {
+        AgentSession session;
+        session.id = "s";
+        session.kind = kind;
+        session.status = std::move(status);
+        return session;
+    }
+
+    static AgentsActivity oneWorking() {
+        AgentsActivity activity;
+        activity.working = 1;
+        return activity;
+    }
+
+    FakeScheduler scheduler;
+    FakeDefaults defaults = [] {
+        FakeDefaults made;
+        for (const char* key : {"openOnHover", "showHomeTab", "showFocusTab", "showMusicTab", "showRevenueTab",
+                                "mascotEnabled", "mascotRoams", "mascotNightOwl", "showLiveActivity"}) {
+            made.registerDefault(key, true);
+        }
+        made.registerDefault("display", "builtIn");
+        return made;
+    }();
+    FakeScreens screens{{{.name = "DP-1", .frame = {0, 0, 1920, 1080}, .isPrimary = true}}};
+    FakePointer pointer;
+    FakePanelWindow window;
+    NotchModel model;
+    NotchController notch{model, scheduler, defaults, screens, pointer, window};
+
+    Mode mode() const { return model.fields().mode; }
+    void hover() {
+        pointer.moveTo(onNotch);
+        scheduler.advance(Seconds{0.08});
+    }
+};
+
+} // namespace kippo

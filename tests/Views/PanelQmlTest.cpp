@@ -1,0 +1,223 @@
+#include "App/DemoScenes.h"
+#include "PanelFixture.h"
+#include "Samples.h"
+
+#include <QDirIterator>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace kippo {
+namespace {
+
+struct PanelQml : PanelFixture {
+    explicit PanelQml(std::optional<Size> notch = {}) : PanelFixture(notch) {
+        QObject::connect(view.engine(), &QQmlEngine::warnings, &view, [this](const QList<QQmlError>& errors) {
+            for (const QQmlError& error : errors) {
+                warnings.append(error.toString());
+            }
+        });
+        view.setColor(Qt::transparent);
+        view.setResizeMode(QQuickView::SizeRootObjectToView);
+        view.setGeometry(0, 0, static_cast<int>(window.frame.width), static_cast<int>(window.frame.height));
+        panel.load(view);
+        view.show();
+    }
+
+    /// Shows the scene as it is when all motion has ended.
+    void arrange(std::string_view scene) {
+        defaults.set("reducedMotion", true);
+        ASSERT_TRUE(DemoScenes::arrange(scene, *application, scheduler.now())) << scene;
+        QTest::qWait(50);
+    }
+
+    QStringList warnings;
+    QQuickView view;
+};
+
+template <typename Visit> void visitShown(QQuickItem* item, const Visit& visit) {
+    if (!item->isVisible() || item->opacity() == 0) {
+        return;
+    }
+    visit(*item);
+    for (QQuickItem* child : item->childItems()) {
+        visitShown(child, visit);
+    }
+}
+
+struct ShownText {
+    QString text;
+    QRectF ink; ///< what its glyphs cover, in the panel's coordinates
+};
+
+/// The texts that are on screen, cut to what clips them.
+std::vector<ShownText> shownTexts(QQuickView& view) {
+    std::vector<ShownText> texts;
+    visitShown(view.rootObject(), [&](QQuickItem& item) {
+        if (!item.inherits("QQuickText") || item.property("text").toString().isEmpty()) {
+            return;
+        }
+        const double width = std::min(item.property("contentWidth").toDouble(), item.width());
+        const double height = item.property("contentHeight").toDouble();
+        QRectF ink = item.mapRectToScene(QRectF{0, (item.height() - height) / 2, width, height});
+        for (const QQuickItem* above = item.parentItem(); above; above = above->parentItem()) {
+            if (above->clip()) {
+                ink &= above->mapRectToScene(QRectF{0, 0, above->width(), above->height()});
+            }
+        }
+        if (!ink.isEmpty()) {
+            texts.push_back({item.property("text").toString(), ink});
+        }
+    });
+    return texts;
+}
+
+TEST(PanelQmlTest, EverySceneKeepsItsTextsInsideTheShapeAndClearOfTheCamera) {
+    for (const std::optional<Size> notch : {std::optional<Size>{}, std::optional{Size{184, 32}}}) {
+        for (const std::string_view scene : DemoScenes::names()) {
+            SCOPED_TRACE(std::string{scene} + (notch ? " with a camera" : ""));
+            PanelQml qml{notch};
+            qml.arrange(scene);
+            EXPECT_EQ(qml.warnings, QStringList{}) << qPrintable(qml.warnings.join(u'\n'));
+
+            const double axis = qml.view.width() / 2.0;
+            const NotchOutline outline{qml.panel.stage.shape()};
+            const NotchModel::Fields& fields = qml.panel.model.fields();
+            const auto& [width, height] = fields.notchSize;
+            const QRectF camera{axis - width / 2, 0, width, height};
+            for (const auto& [text, ink] : shownTexts(qml.view)) {
+                for (const QPointF corner : {ink.topLeft(), ink.topRight(), ink.bottomLeft(), ink.bottomRight()}) {
+                    EXPECT_TRUE(outline.contains({corner.x() - axis, corner.y()}))
+                        << qPrintable(text) << " at " << corner.x() << ", " << corner.y();
+                }
+                EXPECT_FALSE(fields.hasNotch && ink.intersects(camera)) << qPrintable(text);
+            }
+        }
+    }
+}
+
+bool shows(QQuickView& view, const QString& text) {
+    return std::ranges::any_of(shownTexts(view), [&](const ShownText& shown) { return shown.text == text; });
+}
+
+TEST(PanelQmlTest, ShowsTheListAsItChanges) {
+    PanelQml qml;
+    qml.arrange("empty");
+    EXPECT_TRUE(shows(qml.view, "No agents running"));
+    AgentSession session = sampleSession("a", AgentStatus::working(), qml.scheduler.now());
+    qml.application->showSessions(std::vector{session});
+    QTest::qWait(50);
+    EXPECT_FALSE(shows(qml.view, "No agents running"));
+    EXPECT_TRUE(shows(qml.view, "Claude Code") && shows(qml.view, "1 working"));
+    session.status = AgentStatus::needsYou("Has a question for you");
+    qml.application->showSessions(std::vector{session});
+    QTest::qWait(50);
+    EXPECT_TRUE(shows(qml.view, "Has a question for you") && shows(qml.view, "1 needs you"));
+    EXPECT_EQ(qml.warnings, QStringList{});
+}
+
+TEST(PanelQmlTest, ARowMadeWhileThePanelWasClosedIsWhole) {
+    PanelQml qml;
+    qml.application->showSessions(std::vector{sampleSession("a", AgentStatus::working())});
+    QTest::qWait(50);
+    qml.defaults.set("reducedMotion", true);
+    qml.application->notch().expand(NotchTab::agents, true);
+    QTest::qWait(50);
+    EXPECT_TRUE(shows(qml.view, "atlas"));
+}
+
+TEST(PanelQmlTest, ATapOpensTheClosedNotch) {
+    PanelQml qml;
+    qml.arrange("live");
+    QTest::mouseClick(&qml.view, Qt::LeftButton, {}, QPoint{qml.view.width() / 2, 0});
+    EXPECT_EQ(qml.mode(), NotchModel::Mode::expanded);
+}
+
+TEST(PanelQmlTest, RowsTellAScreenReaderWhatTheyAre) {
+    PanelQml qml;
+    qml.arrange("open");
+    int rows = 0;
+    visitShown(qml.view.rootObject(), [&](QQuickItem& item) {
+        if (const QVariant spoken = item.property("spoken"); spoken.isValid()) {
+            ++rows;
+            EXPECT_TRUE(spoken.toString().contains(u", ")) << qPrintable(spoken.toString());
+        }
+    });
+    EXPECT_GE(rows, 4);
+}
+
+// The promise that matters most to a laptop: a panel at which nothing happens draws nothing.
+TEST(PanelQmlTest, DrawsNothingWhileNothingMoves) {
+    for (const std::string_view scene : {"closed", "live", "peek-needs-you", "open"}) {
+        PanelQml qml;
+        ASSERT_TRUE(DemoScenes::arrange(scene, *qml.application, qml.scheduler.now()));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !qml.panel.stage.isMoving(); }));
+        QTest::qWait(400); // the rows have faded in
+        const QSignalSpy frames{&qml.view, &QQuickWindow::frameSwapped};
+        QTest::qWait(2000);
+        EXPECT_EQ(frames.count(), 0) << scene;
+    }
+}
+
+TEST(PanelQmlTest, TheOpeningIsDrawnFrameByFrame) {
+    PanelQml qml;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&qml.view));
+    const QSignalSpy frames{&qml.view, &QQuickWindow::frameSwapped};
+    qml.panel.notch.open();
+    EXPECT_TRUE(qml.panel.stage.isMoving());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !qml.panel.stage.isMoving(); }));
+    EXPECT_GT(frames.count(), 5);
+}
+
+TEST(QmlSources, CreateTextOnlyWhereItIsPlain) {
+    const QRegularExpression anyText{R"(\b(Text|TextEdit|TextInput|TextField|TextArea|Label) \{)"};
+    QDirIterator files{":/qt/qml/Kippo", {"*.qml"}, QDir::Files};
+    int read = 0;
+    while (files.hasNext()) {
+        QFile file{files.next()};
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString source = QString::fromUtf8(file.readAll());
+        ++read;
+        if (files.fileName() == "PlainText.qml") {
+            EXPECT_TRUE(source.contains("textFormat: Text.PlainText"));
+        } else {
+            EXPECT_FALSE(anyText.match(source).hasMatch()) << qPrintable(files.fileName());
+        }
+    }
+    EXPECT_GT(read, 10);
+}
+
+double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+TEST(ThemeTest, TextAndLightsStandOutFromTheirGround) {
+    QQmlEngine engine;
+    QQmlComponent component{&engine};
+    component.setData("import QtQml\nimport Kippo\nQtObject { readonly property var theme: Theme }",
+                      QUrl{"qrc:/qt/qml/Kippo/Probe.qml"});
+    const std::unique_ptr<QObject> probe{component.create()};
+    ASSERT_TRUE(probe) << qPrintable(component.errorString());
+    const auto* theme = probe->property("theme").value<QObject*>();
+    const auto contrast = [theme](const char* text, const char* ground) {
+        return (luminance(theme->property(text).value<QColor>()) + 0.05) /
+               (luminance(theme->property(ground).value<QColor>()) + 0.05);
+    };
+    for (const char* text : {"text", "textSecondary", "textTertiary", "needsYou", "working", "done", "idle"}) {
+        EXPECT_GE(contrast(text, "surface"), 4.5) << text;
+        EXPECT_GE(contrast(text, "hover"), 4.5) << text;
+    }
+    EXPECT_GE(contrast("textSecondary", "chip"), 4.5);
+}
+
+} // namespace
+} // namespace kippo

@@ -1,0 +1,13 @@
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    const QGuiApplication application{argc, argv};
+    return RUN_ALL_TESTS();
+}
