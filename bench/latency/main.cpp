@@ -1,0 +1,190 @@
+// How long a hook takes to show: from the moment an agent starts its hook command to the first changed pixel of the
+// closed notch, on an X server of its own. Beside it what the pixels cost alone: a window that another process maps.
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+#include <xcb/xcb.h>
+
+extern char** environ; // NOLINT(readability-identifier-naming)
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr int rounds = 20;
+/// A pixel that the closed notch leaves free and its wings cover, on the screen below.
+constexpr int screenWidth = 1600;
+constexpr std::int16_t wingX = screenWidth / 2 + 92;
+constexpr std::int16_t wingY = 2;
+
+pid_t start(const std::vector<std::string>& command, int input = -1) {
+    std::vector<char*> words;
+    for (const std::string& word : command) {
+        words.push_back(const_cast<char*>(word.c_str()));
+    }
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    if (input >= 0) {
+        posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+    }
+    pid_t pid = -1;
+    if (posix_spawnp(&pid, words[0], &actions, nullptr, words.data(), environ) != 0) {
+        pid = -1;
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    return pid;
+}
+
+/// An X server on a display of its own choice; its number is put into DISPLAY.
+pid_t startServer() {
+    int ends[2];
+    if (pipe2(ends, 0) != 0) {
+        return -1;
+    }
+    const pid_t server = start({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
+                                std::to_string(screenWidth) + "x900x24", "-nolisten", "tcp"});
+    close(ends[1]);
+    char number[16] = {};
+    if (server > 0 && read(ends[0], number, sizeof number - 1) > 0) {
+        setenv("DISPLAY", (":" + std::to_string(std::atoi(number))).c_str(), 1);
+    }
+    close(ends[0]);
+    return server;
+}
+
+std::uint32_t pixel(xcb_connection_t* server, xcb_window_t root) {
+    xcb_get_image_reply_t* image = xcb_get_image_reply(
+        server, xcb_get_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, root, wingX, wingY, 1, 1, ~0U), nullptr);
+    std::uint32_t value = 0;
+    if (image) {
+        const std::uint8_t* data = xcb_get_image_data(image);
+        value = data[0] | static_cast<std::uint32_t>(data[1]) << 8U | static_cast<std::uint32_t>(data[2]) << 16U;
+        std::free(image);
+    }
+    return value;
+}
+
+/// Milliseconds until the pixel is no longer `before`; nothing when it stays so for two seconds.
+std::optional<double> untilChanged(xcb_connection_t* server, xcb_window_t root, std::uint32_t before,
+                                   Clock::time_point since) {
+    while (Clock::now() < since + 2s) {
+        if (pixel(server, root) != before) {
+            return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+        }
+        std::this_thread::sleep_for(200us);
+    }
+    return std::nullopt;
+}
+
+/// Runs the hook as an agent does; the answer is when it was started.
+Clock::time_point sendHook(const std::string& event) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return {};
+    }
+    const std::string input = R"({"session_id":"bench","cwd":"/","hook_event_name":")" + event + R"("})";
+    [[maybe_unused]] const auto written = write(ends[1], input.data(), input.size());
+    close(ends[1]);
+    const auto since = Clock::now();
+    const pid_t pid = start({KIPPO_EXECUTABLE, "--kippo-hook", "--agent", "claude"}, ends[0]);
+    close(ends[0]);
+    waitpid(pid, nullptr, 0);
+    return since;
+}
+
+/// A window mapped over the pixel and taken away again: what the server and this program's looking cost by themselves.
+std::optional<double> mapWindow(xcb_connection_t* client, xcb_connection_t* server, xcb_screen_t* screen) {
+    const std::uint32_t before = pixel(server, screen->root);
+    const xcb_window_t window = xcb_generate_id(client);
+    const std::uint32_t values[] = {0x123456, 1};
+    xcb_create_window(client, XCB_COPY_FROM_PARENT, window, screen->root, wingX, wingY, 4, 4, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT,
+                      values);
+    const auto since = Clock::now();
+    xcb_map_window(client, window);
+    xcb_flush(client);
+    const auto took = untilChanged(server, screen->root, before, since);
+    xcb_destroy_window(client, window);
+    xcb_flush(client);
+    return took;
+}
+
+void report(const char* what, std::vector<double> times) {
+    if (times.empty()) {
+        std::printf("%-44s  nothing was seen\n", what);
+        return;
+    }
+    std::ranges::sort(times);
+    std::printf("%-44s %8.1f %8.1f %6zu\n", what, times[times.size() / 2], times[times.size() * 95 / 100],
+                times.size());
+}
+
+} // namespace
+
+int main() {
+    std::string home = (std::filesystem::temp_directory_path() / "kippo-bench-XXXXXX").string();
+    if (!mkdtemp(home.data())) {
+        return 1;
+    }
+    setenv("HOME", home.c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
+    unsetenv("XDG_DATA_HOME");
+    unsetenv("XDG_CONFIG_HOME");
+    std::filesystem::create_directories(home + "/.config/Kippo");
+    // Nothing but the session's own state may move the wings.
+    std::ofstream{home + "/.config/Kippo/defaults.json"} << R"({"agentAlerts": false, "mascotNightOwl": false})";
+
+    const pid_t server = startServer();
+    const pid_t panel = start({KIPPO_PANEL});
+    xcb_connection_t* eyes = xcb_connect(nullptr, nullptr);
+    xcb_connection_t* client = xcb_connect(nullptr, nullptr);
+    xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(eyes)).data;
+    const std::uint32_t grey = 0x8090a0; // black on black would show nothing
+    xcb_change_window_attributes(client, screen->root, XCB_CW_BACK_PIXEL, &grey);
+    xcb_clear_area(client, 0, screen->root, 0, 0, 0, 0);
+    xcb_flush(client);
+    std::this_thread::sleep_for(4s);
+
+    std::vector<double> shown;
+    std::vector<double> mapped;
+    for (int round = 0; round < rounds; ++round) {
+        if (const auto took = mapWindow(client, eyes, screen)) {
+            mapped.push_back(*took);
+        }
+        sendHook("Stop");
+        std::this_thread::sleep_for(900ms); // the wings fold away
+        const std::uint32_t before = pixel(eyes, screen->root);
+        const auto since = sendHook("UserPromptSubmit");
+        if (const auto took = untilChanged(eyes, screen->root, before, since)) {
+            shown.push_back(*took);
+        }
+        std::this_thread::sleep_for(700ms);
+    }
+    std::printf("%-44s %8s %8s %6s\n", "milliseconds", "median", "95 %", "runs");
+    report("a hook starts, the closed notch changes", shown);
+    report("a window is mapped, the screen changes", mapped);
+
+    xcb_disconnect(client);
+    xcb_disconnect(eyes);
+    kill(panel, SIGTERM);
+    waitpid(panel, nullptr, 0);
+    kill(server, SIGTERM);
+    waitpid(server, nullptr, 0);
+    std::filesystem::remove_all(home);
+    return shown.empty() ? 1 : 0;
+}
