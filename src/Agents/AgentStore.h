@@ -1,15 +1,21 @@
 #pragma once
 
 #include "Agents/EventLog.h"
+#include "Agents/HookInstallation.h"
 #include "Agents/LiveSummary.h"
 #include "Agents/SessionMerge.h"
+#include "Agents/UsageScanner.h"
 #include "Support/FileWatcher.h"
 #include "Support/Observers.h"
 #include "Support/Places.h"
+#include "Support/ProcessRunner.h"
 #include "Support/Scheduler.h"
 #include "Support/SerialQueue.h"
+#include "Support/Trash.h"
 #include "Support/UserDefaults.h"
+#include "Support/UserFiles.h"
 
+#include <expected>
 #include <functional>
 #include <map>
 #include <memory>
@@ -89,11 +95,80 @@ public:
 
     /// Takes a session off the list until it does something new.
     void dismiss(const AgentSession& session);
+    /// The sessions that are over: finished, or left by their process.
+    std::vector<AgentSession> clearable() const;
+    /// Takes all of them off the list until they do something new.
+    void clearFinishedAndOrphaned();
     /// Hides or shows all sessions of a kind.
     void setVisible(AgentKind kind, bool visible);
+    bool isHidden(AgentKind kind) const;
+
+    /// Whether a kind's sessions count in the lights of the closed notch.
+    void setLights(AgentKind kind, bool on);
+    bool drivesLights(AgentKind kind) const;
+    const std::set<std::string>& lightsOff() const { return lightsOff_; }
+    /// What the closed notch shows: the sessions of the kinds whose lights are on. Nothing when none works or waits.
+    std::optional<LiveSummary> statusLights() const;
+
+    /// Today's usage; the rest of it is in `usageReport`.
+    const UsageScanner::Totals& usage() const { return usageReport_.today; }
+    const UsageScanner::Report& usageReport() const { return usageReport_; }
+    /// False until the first scan has ended, which may take a while over gigabytes.
+    bool hasUsage() const { return hasUsage_; }
+
+    /// The agents whose hooks are installed.
+    const std::set<HookAgent>& connected() const { return connected_; }
+    /// Reads the settings files again; somebody may have edited them.
+    void refreshConnections();
+    /// Installs or removes the hooks; on failure `installError` says why, and `connected` stays true to the files.
+    void connect(HookAgent agent);
+    void disconnect(HookAgent agent);
+    const std::optional<std::string>& installError() const { return installError_; }
+    void clearInstallError();
+    /// What `connect` or `disconnect` would do to the agent's file.
+    std::expected<HookBridge::Change, HookBridge::InstallError> plannedConnection(HookAgent agent, bool connect) const;
+    /// The text for an AI that edits the file in Kippo's place.
+    std::string setupPrompt(HookAgent agent) const;
+    /// The agents whose instruction file holds Kippo's block.
+    const std::set<HookAgent>& summaryInstructions() const { return summaryInstructions_; }
+    /// Installs or removes the block; on failure the set stays as it was and `installError` says why.
+    void setSummaryInstructions(HookAgent agent, bool on);
+
+    /// Follows programs of this name as agents; white space around it is dropped, an empty name is none.
+    void watch(const std::string& name);
+    void unwatch(const std::string& name);
+    /// Programs on this machine that look like agents and are not followed yet.
+    std::vector<std::string> suggestions() const;
+    void dismissSuggestion(const std::string& name);
+    const std::set<std::string>& dismissedSuggestions() const { return dismissedSuggestions_; }
+
+    /// Leaves processes of this name (`ProcInfo::friendlyName`) out of `detached`.
+    void hideProcess(const std::string& named);
+    void unhideProcess(const std::string& named);
+    /// Asks a process and everything below it to end; only processes of the last snapshot.
+    void stop(Pid pid);
+    void stopAllDetached();
+
+    /// Looks for leftovers in every folder that agents worked in, in the background.
+    void scanLeftovers();
+    const std::vector<Leftover>& leftovers() const { return leftovers_; }
+    bool isScanningLeftovers() const { return isScanningLeftovers_; }
+    /// Whether a scan has ended since the start; until then an empty list means nothing.
+    bool hasScannedLeftovers() const { return hasScannedLeftovers_; }
+    /// Moves one to the Trash in the background. When that fails it stays in the list and `trashError` says why.
+    void trash(const Leftover& leftover);
+    /// The latest one that was moved, until another takes its place.
+    const std::optional<Leftover>& lastTrashed() const { return lastTrashed_; }
+    /// Puts that one back.
+    void undoTrash();
+    const std::optional<std::string>& trashError() const { return trashError_; }
 
     /// Scans the day's usage on the work queue; set by the composition root where there is a scanner.
     std::function<void()> scanUsage;
+
+    /// Shows these sessions in place of the real ones.
+    void injectDemo(std::map<std::string, AgentSession> sessions);
+    void clearDemo();
 
 private:
     /// What reads transcripts and registry, on the work queue only. Work under way keeps it.
@@ -146,6 +221,21 @@ private:
     std::set<std::string> hidden_;
     std::vector<std::string> hiddenProcesses_;
     std::vector<std::string> watchedNames_;
+
+    std::set<std::string> lightsOff_;
+    std::set<std::string> dismissedSuggestions_;
+    std::set<HookAgent> connected_;
+    std::set<HookAgent> summaryInstructions_;
+    std::optional<std::string> installError_;
+    UsageScanner::Report usageReport_;
+    bool hasUsage_ = false;
+    std::vector<Leftover> leftovers_;
+    bool isScanningLeftovers_ = false;
+    bool hasScannedLeftovers_ = false;
+    std::optional<Leftover> lastTrashed_;
+    std::optional<Trash::Receipt> lastReceipt_;
+    std::optional<std::string> trashError_;
+    std::optional<std::map<std::string, AgentSession>> demoSessions_;
 
     bool isVisible_ = false;
     bool pollingTranscripts_ = false;
