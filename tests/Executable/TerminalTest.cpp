@@ -42,40 +42,58 @@ SessionList exampleList() {
     return list;
 }
 
-Arguments parse(std::vector<std::string> words) {
-    words.insert(words.begin(), "kippo");
-    std::vector<char*> pointers;
-    for (auto& word : words) {
-        pointers.push_back(word.data());
+/// A command line, read, with the words that the result points to.
+struct Parsed {
+    explicit Parsed(std::vector<std::string> line) : words(std::move(line)) {
+        words.insert(words.begin(), "kippo");
+        std::vector<char*> pointers;
+        for (auto& word : words) {
+            pointers.push_back(word.data());
+        }
+        arguments = parseArguments(pointers, commands);
     }
-    return parseArguments(pointers);
-}
+
+    static constexpr Command commands[] = {{.name = "status", .options = "--json"},
+                                           {.name = "hooks",
+                                            .options = "--json --dry-run",
+                                            .takesWords = true,
+                                            .usage = "  kippo hooks\n",
+                                            .help = "how"}};
+    std::vector<std::string> words;
+    Arguments arguments;
+};
 
 TEST(TerminalArguments, KnowsItsWords) {
-    using enum Arguments::Command;
+    using enum Arguments::Kind;
     const struct {
         std::vector<std::string> words;
-        Arguments::Command command;
-        bool json;
-    } cases[] = {{{}, start, false},
-                 {{"status"}, status, false},
-                 {{"watch", "--json"}, watch, true},
-                 {{"watch", "-h"}, help, false},
-                 {{"--version"}, version, false},
-                 {{"--demo"}, application, false},
-                 {{"-platform", "offscreen"}, application, false},
-                 {{"status", "now"}, wrong, false},
-                 {{"status", "--jsno"}, wrong, false},
-                 {{"--json"}, wrong, false},
-                 {{""}, wrong, false}};
-    for (const auto& [words, command, json] : cases) {
-        const auto parsed = parse(words);
-        EXPECT_EQ(parsed.command, command) << testing::PrintToString(words);
-        EXPECT_EQ(parsed.json, json) << testing::PrintToString(words);
-        EXPECT_EQ(parsed.complaint.empty(), command != wrong) << testing::PrintToString(words);
+        Arguments::Kind kind;
+        std::string_view command;
+    } cases[] = {{{}, start, ""},
+                 {{"status"}, command, "status"},
+                 {{"status", "--json"}, command, "status"},
+                 {{"status", "-h"}, help, ""},
+                 {{"hooks", "install", "--help"}, help, "hooks"},
+                 {{"--version"}, version, ""},
+                 {{"--demo"}, application, ""},
+                 {{"-platform", "offscreen"}, application, ""},
+                 {{"-platform", "status", "--help"}, help, ""},
+                 {{"status", "now"}, wrong, ""},
+                 {{"status", "--dry-run"}, wrong, ""},
+                 {{"hooks", "-x"}, wrong, ""},
+                 {{"--json"}, wrong, ""},
+                 {{""}, wrong, ""}};
+    for (const auto& [words, kind, name] : cases) {
+        const Parsed parsed{words};
+        EXPECT_EQ(parsed.arguments.kind, kind) << testing::PrintToString(words);
+        const auto* found = parsed.arguments.command;
+        EXPECT_EQ(found != nullptr ? found->name : "", name) << testing::PrintToString(words);
+        EXPECT_EQ(parsed.arguments.complaint.empty(), kind != wrong) << testing::PrintToString(words);
     }
-    EXPECT_EQ(parse({"stauts"}).complaint, "kippo: I do not know “stauts”. See “kippo --help”.");
-    EXPECT_EQ(parse({"a\n\x1b[2Jb"}).complaint, "kippo: I do not know “a \xEF\xBF\xBD[2Jb”. See “kippo --help”.");
+    EXPECT_EQ((Parsed{{"hooks", "install", "--dry-run", "codex"}}.arguments.request),
+              (Request{{"install", "codex"}, {"--dry-run"}}));
+    EXPECT_EQ(Parsed{{"stauts"}}.arguments.complaint, "kippo: I do not know “stauts”. See “kippo --help”.");
+    EXPECT_EQ(unknownWord("a\n\x1b[2Jb"), "kippo: I do not know “a \xEF\xBF\xBD[2Jb”. See “kippo --help”.");
 }
 
 TEST(TerminalText, StrangersTextCannotReachTheTerminal) {

@@ -2,7 +2,7 @@
 
 #include "App/Terminal/Arguments.h"
 #include "App/Terminal/Onlooker.h"
-#include "App/Terminal/Screen.h"
+#include "App/Terminal/Output.h"
 #include "App/Terminal/Watch.h"
 #include "Platform/Linux/Installation.h"
 
@@ -16,13 +16,8 @@ namespace kippo::Terminal {
 
 namespace {
 
-constexpr int usageError = 2;
-constexpr int cannotStart = 1;
-
 constexpr std::string_view noDisplay = "There is no display here, so this is the list in place of the panel.";
 constexpr std::string_view noApplication = "The panel is not installed, so this is the list in its place.";
-
-void complain(std::string_view line) { writeAll(STDERR_FILENO, std::string{line} + "\n"); }
 
 /// Becomes the application; returns only when that fails.
 void becomeApplication(const std::string& path, std::span<char* const> arguments) {
@@ -34,18 +29,34 @@ void becomeApplication(const std::string& path, std::span<char* const> arguments
     execv(path.c_str(), words.data());
 }
 
-int status(bool json) {
+int status(const Request& request) {
     Onlooker onlooker;
     const auto list = onlooker.look();
-    if (json) {
-        writeAll(STDOUT_FILENO, sessionJson(list, onlooker.now()) + "\n");
-    } else {
-        const auto size = sizeOf(STDOUT_FILENO);
-        writeAll(STDOUT_FILENO, sessionTable(list, onlooker.now(),
-                                             {.width = size ? size->width : 0, .colour = wantsColour(STDOUT_FILENO)}));
-    }
-    return 0;
+    print(request.has("--json") ? sessionJson(list, onlooker.now()) + "\n"
+                                : sessionTable(list, onlooker.now(), outputStyle()));
+    return succeeded;
 }
+
+int watch(const Request& request) {
+    if (request.has("--json")) {
+        return watchJson();
+    }
+    // Without a screen to redraw there is nothing to keep current.
+    return isatty(STDOUT_FILENO) == 1 ? watchScreen({}) : status(request);
+}
+
+constexpr Command commands[] = {
+    {.name = "status",
+     .options = "--json",
+     .usage = "  kippo status           print the list once\n"
+              "  kippo status --json    the same as one JSON object\n",
+     .run = status},
+    {.name = "watch",
+     .options = "--json",
+     .usage = "  kippo watch            keep the list current in this terminal; q quits\n"
+              "  kippo watch --json     one JSON object a line, at each change; for status bars\n",
+     .run = watch},
+};
 
 /// The list in this terminal, or once where the output goes elsewhere; `why` says why there is no panel.
 int listInstead(std::string_view why) {
@@ -53,7 +64,7 @@ int listInstead(std::string_view why) {
         return watchScreen(why);
     }
     complain(why);
-    return status(false);
+    return status({});
 }
 
 int start(std::span<char* const> arguments) {
@@ -73,37 +84,27 @@ int application(std::span<char* const> arguments) {
         becomeApplication(*path, arguments);
     }
     complain("kippo: the panel is not installed, and only it knows these flags. See “kippo --help”.");
-    return cannotStart;
-}
-
-int watch(bool json) {
-    if (json) {
-        return watchJson();
-    }
-    // Without a screen to redraw there is nothing to keep current.
-    return isatty(STDOUT_FILENO) == 1 ? watchScreen({}) : status(false);
+    return failed;
 }
 
 } // namespace
 
 int run(std::span<char* const> arguments) {
-    const auto parsed = parseArguments(arguments);
-    switch (parsed.command) {
-    case Arguments::Command::start:
+    const auto parsed = parseArguments(arguments, commands);
+    switch (parsed.kind) {
+    case Arguments::Kind::start:
         return start(arguments);
-    case Arguments::Command::application:
+    case Arguments::Kind::application:
         return application(arguments);
-    case Arguments::Command::status:
-        return status(parsed.json);
-    case Arguments::Command::watch:
-        return watch(parsed.json);
-    case Arguments::Command::help:
-        writeAll(STDOUT_FILENO, helpText());
-        return 0;
-    case Arguments::Command::version:
-        writeAll(STDOUT_FILENO, versionText());
-        return 0;
-    case Arguments::Command::wrong:
+    case Arguments::Kind::command:
+        return parsed.command->run(parsed.request);
+    case Arguments::Kind::help:
+        print(parsed.command != nullptr ? std::string{parsed.command->help} : helpText(commands));
+        return succeeded;
+    case Arguments::Kind::version:
+        print(versionText());
+        return succeeded;
+    case Arguments::Kind::wrong:
         complain(parsed.complaint);
         return usageError;
     }

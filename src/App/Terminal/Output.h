@@ -1,0 +1,21 @@
+#pragma once
+
+#include "App/Terminal/TextTable.h"
+
+#include <string_view>
+
+namespace kippo::Terminal {
+
+/// The exit statuses of all commands.
+inline constexpr int succeeded = 0;
+inline constexpr int failed = 1;     ///< something could not be done, or is not well
+inline constexpr int usageError = 2; ///< a word that Kippo does not know
+
+/// Prints to standard output.
+void print(std::string_view text);
+/// Prints a line, without its line feed, to standard error.
+void complain(std::string_view line);
+/// How wide and whether in colours standard output may be written.
+Style outputStyle();
+
+} // namespace kippo::Terminal
