@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 
@@ -16,15 +15,15 @@ namespace kippo {
 /// byte of each transcript once. Owned by the agent store, used on one queue at a time.
 class UsageScanner {
 public:
-    /// One counted record.
+    /// One counted record. There may be hundreds of thousands, so that texts are kept once, as indices among all names.
     struct Entry {
+        static constexpr std::uint32_t none = UINT32_MAX;
+
         Date date;
-        std::string session;
-        std::optional<std::string> cwd;
         std::int64_t tokens = 0; ///< all four kinds
         double cost = 0;         ///< US dollars
-
-        bool operator==(const Entry&) const = default;
+        std::uint32_t session = none;
+        std::uint32_t cwd = none; ///< the working folder
     };
     struct Totals {
         std::int64_t tokens = 0;
@@ -50,7 +49,7 @@ public:
 
     /// Reads what is new and gives the full report. Blocking; a first call may read gigabytes.
     Report refresh(Date now);
-    /// Makes a running `refresh` end soon, with what it has read so far; from any thread.
+    /// Makes a running `refresh` end soon, with what it has read so far, and later ones read nothing; from any thread.
     void cancel();
 
 private:
