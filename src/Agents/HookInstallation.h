@@ -18,7 +18,10 @@ struct SettingsHome {
     UserFiles& files;
     std::string home;
 
+    /// Absolute.
     std::string settingsFile(HookAgent agent) const;
+    /// The copy from before the first install.
+    std::string backupFile(HookAgent agent) const { return settingsFile(agent) + ".kippo-backup"; }
 };
 
 struct InstallError {
@@ -28,7 +31,7 @@ struct InstallError {
         cannotWrite
     };
     Case value = Case::unreadableSettings;
-    std::string file;   ///< as the user writes it, "~/.claude/settings.json"
+    std::string file;   ///< relative to the home folder, ".claude/settings.json"
     std::string reason; ///< of `cannotRead` and `cannotWrite`: the system's own words
 
     /// The sentence for the user.
@@ -60,13 +63,16 @@ bool isInstalled(const SettingsHome& home, HookAgent agent);
 /// What `install` would do; the file is not touched.
 std::expected<Change, InstallError> plannedInstall(const SettingsHome& home, HookAgent agent,
                                                    std::string_view executable);
+/// What `uninstall` would do.
 std::expected<Change, InstallError> plannedUninstall(const SettingsHome& home, HookAgent agent);
 /// Adds or replaces Kippo's entries, after a backup that is made once. No write when nothing would change.
 std::expected<Change, InstallError> install(const SettingsHome& home, HookAgent agent, std::string_view executable);
-/// Removes every entry of Kippo, leaving the rest.
+/// Removes every entry of Kippo, leaving the rest; the text from before the install where nothing else has changed.
 std::expected<Change, InstallError> uninstall(const SettingsHome& home, HookAgent agent);
 /// Installs again wherever entries of Kippo carry another command than this executable's: the application was moved.
 void repairIfNeeded(const SettingsHome& home, std::string_view executable);
+/// The entries as the agent's settings would hold them in a file of their own, pretty-printed.
+std::string entries(HookAgent agent, std::string_view executable);
 /// The text of "Copy prompt for your AI".
 std::string setupPrompt(const SettingsHome& home, HookAgent agent, std::string_view executable);
 /// What the person has to know or do once the agent is connected; one or two sentences.
