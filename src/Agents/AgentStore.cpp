@@ -19,9 +19,7 @@ constexpr Seconds processGap{2.0};
 constexpr Seconds persistGap{30.0};
 
 /// Whether the agent's transcripts are among those that TranscriptWatcher follows.
-bool writesTranscripts(const HookState& hook) {
-    return hook.agent == HookAgent::claude || hook.agent == HookAgent::codex;
-}
+bool writesTranscripts(const HookState& hook) { return hook.agent != HookAgent::cursor; }
 
 /// What one poll of transcripts and registry brings home from the work queue.
 struct Poll {

@@ -1,9 +1,7 @@
 // Claude Code's transcripts: one JSON object a line, of which only the user's and the assistant's move the session.
 
 #include "Agents/ToolCalls.h"
-#include "Agents/ToolInput.h"
 #include "Agents/TranscriptWatcher.h"
-#include "Support/Json.h"
 #include "Support/JsonSkim.h"
 #include "Support/Text.h"
 
@@ -136,28 +134,6 @@ bool readLine(std::string_view text, Line& line) {
         }
     });
     return isObject && json.finished();
-}
-
-/// Only the call that is shown gets this far, so the copy costs nothing to speak of.
-std::optional<std::string> toolDetail(const JsonText& input) {
-    struct Visitor final : Json::Visitor {
-        ToolInput input;
-        bool value(Json::Path path, Json::Kind kind, std::string_view text) override {
-            input.value(path, kind, text);
-            return true;
-        }
-        bool begin(Json::Path path, Json::Kind) override {
-            input.begin(path);
-            return true;
-        }
-    };
-    std::string object{input.raw};
-    Visitor visitor;
-    if (Json::read(object, visitor) != Json::Outcome::complete) {
-        return std::nullopt;
-    }
-    const auto detail = AgentActivity::detailFrom(visitor.input);
-    return detail ? std::optional{Text::validUtf8(*detail)} : std::nullopt;
 }
 
 std::vector<JsonText> textsOf(const std::vector<Item>& items) {
@@ -316,7 +292,7 @@ void Reader::beginTools(const Line& line) {
                           .group = line.messageID,
                           .name = item.name,
                           .input = item.input,
-                          .detail = toolDetail,
+                          .detail = ToolCalls::detailOfObject,
                           .time = time_});
         } else if (item.type == "thinking" && !usesTools) {
             calls_.begin({.name = {.raw = "Thinking"}, .time = time_, .thinking = true});

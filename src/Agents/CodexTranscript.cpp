@@ -230,6 +230,7 @@ void Reader::meta(const Line& line) {
         state_.session = Text::validUtf8(line.id.decoded());
     }
     cwd_ = line.cwd.empty() ? cwd_ : line.cwd;
+    state_.startedAt = TranscriptWatcher::date(line.timestamp.raw);
     state_.isSubagent = line.threadSource == "subagent" || line.source.raw.contains("\"subagent\"");
     const auto& originator = line.originator.raw;
     if (line.source.raw == "\"exec\"" || originator == "codex_exec") {

@@ -1,5 +1,7 @@
 #include "Agents/ToolCalls.h"
 
+#include "Agents/ToolInput.h"
+#include "Support/Json.h"
 #include "Support/Text.h"
 
 #include <algorithm>
@@ -14,6 +16,28 @@ bool same(const JsonText& a, const JsonText& b) { return a.raw == b.raw; }
 bool runs(const ToolCalls::Call& call) { return !call.finished && !call.thinking; }
 
 } // namespace
+
+/// Only the call that is shown gets this far, so the copy costs nothing to speak of.
+std::optional<std::string> ToolCalls::detailOfObject(const JsonText& input) {
+    struct Visitor final : Json::Visitor {
+        ToolInput input;
+        bool value(Json::Path path, Json::Kind kind, std::string_view text) override {
+            input.value(path, kind, text);
+            return true;
+        }
+        bool begin(Json::Path path, Json::Kind) override {
+            input.begin(path);
+            return true;
+        }
+    };
+    std::string object{input.raw};
+    Visitor visitor;
+    if (Json::read(object, visitor) != Json::Outcome::complete) {
+        return std::nullopt;
+    }
+    const auto detail = AgentActivity::detailFrom(visitor.input);
+    return detail ? std::optional{Text::validUtf8(*detail)} : std::nullopt;
+}
 
 bool ToolCalls::knows(const JsonText& id) const {
     return !id.empty() && std::ranges::any_of(calls_, [&](const Call& call) { return same(call.id, id); });

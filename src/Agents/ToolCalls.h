@@ -28,6 +28,9 @@ public:
         bool finished = false;
     };
 
+    /// For `Call::detail` where the input is the object of a tool's arguments, as it stands in the line.
+    static std::optional<std::string> detailOfObject(const JsonText& input);
+
     void begin(const Call& call) { calls_.push_back(call); }
     /// Whether a call with this id was begun; false for an empty id.
     bool knows(const JsonText& id) const;

@@ -24,8 +24,11 @@ using State = TranscriptWatcher::State;
 
 constexpr std::string_view extension = ".jsonl";
 
-/// A Codex file opens with a line on its session that holds the whole system prompt; today's is 25 KB.
+/// A Codex file opens with a line on its session that holds the whole system prompt; today's is 25 KB. Gemini CLI's
+/// opens with a short one.
 constexpr std::size_t headBytes = 65536;
+/// No path is longer.
+constexpr std::size_t pathBytes = 4096;
 
 class File {
 public:
@@ -104,6 +107,25 @@ void splitLines(std::string_view bytes, std::vector<std::string_view>& lines) {
     }
 }
 
+/// How a patch that holds Gemini's whole history ends. It may be longer than the tail.
+constexpr std::string_view historyEnd = R"(],"lastUpdated":")";
+
+bool endsHistory(std::string_view cutLine) {
+    const auto at = cutLine.rfind(historyEnd);
+    return at != std::string_view::npos && cutLine.size() - at < 64 && cutLine.ends_with(R"("}})");
+}
+
+TranscriptWatcher::Parser parserOf(AgentKind agent) {
+    switch (agent) {
+    case AgentKind::codex:
+        return TranscriptWatcher::parseCodex;
+    case AgentKind::gemini:
+        return TranscriptWatcher::parseGemini;
+    default:
+        return TranscriptWatcher::parseClaude;
+    }
+}
+
 std::string_view nameWithoutExtension(std::string_view path) {
     auto name = Text::lastPathComponent(path);
     name.remove_suffix(std::min(extension.size(), name.size()));
@@ -132,6 +154,18 @@ void keepSettled(const std::optional<State>& before, State& now) {
         now.phase.value == Case::working && before->phaseSince == now.phaseSince) {
         now.phase = before->phase;
     }
+}
+
+/// What the start of the file says and its tail does not.
+void addOrigin(State& state, const State& origin, std::string_view fallbackID) {
+    if (state.session != fallbackID) {
+        return;
+    }
+    state.session = origin.session;
+    state.cwd = state.cwd ? state.cwd : origin.cwd;
+    state.interactive = origin.interactive;
+    state.isSubagent = origin.isSubagent;
+    state.startedAt = origin.startedAt;
 }
 
 void settle(State& state, Date now) {
@@ -198,6 +232,7 @@ void TranscriptWatcher::discover(Date now) {
     Found found{now, {}};
     discoverClaude(found);
     discoverCodex(found);
+    discoverGemini(found);
     std::map<std::string, Watched> kept;
     for (auto& [path, agent] : found.files) {
         if (auto known = watched_.extract(path)) {
@@ -232,6 +267,18 @@ void TranscriptWatcher::discoverCodex(Found& found) const {
     }
 }
 
+void TranscriptWatcher::discoverGemini(Found& found) const {
+    const std::string projects = home_ + "/.gemini/tmp";
+    forEachEntry(projects, [&](std::string_view project) {
+        const std::string folder = projects + "/" + std::string{project} + "/chats";
+        forEachEntry(folder, [&](std::string_view name) {
+            if (name.starts_with("session-") && name.ends_with(extension)) {
+                found.consider(folder + "/" + std::string{name}, AgentKind::gemini);
+            }
+        });
+    });
+}
+
 bool TranscriptWatcher::refresh(const std::string& path, Watched& watched) {
     struct stat info{};
     if (::stat(path.c_str(), &info) != 0) {
@@ -264,35 +311,67 @@ std::optional<TranscriptWatcher::State> TranscriptWatcher::read(const std::strin
         return std::nullopt;
     }
     watched.size = static_cast<std::uint64_t>(info.st_size);
-    const bool whole = watched.size <= tailBytes;
-    const auto wanted = static_cast<std::size_t>(whole ? watched.size : tailBytes);
-    const bool codex = watched.agent == AgentKind::codex;
-    const auto parse = codex ? parseCodex : parseClaude;
+    const auto parse = parserOf(watched.agent);
     const auto id = nameWithoutExtension(path);
-    if (codex && !whole && !watched.origin && readAt(file, 0, headBytes, tail_)) {
+    const bool whole = watched.size <= tailBytes;
+    if (watched.agent != AgentKind::claude && !whole && !watched.origin && readAt(file, 0, headBytes, tail_)) {
         const std::string_view first = std::string_view{tail_}.substr(0, tail_.find('\n'));
-        watched.origin = parseCodex(std::span{&first, 1}, id, modified(info));
+        watched.origin = parse(std::span{&first, 1}, id, modified(info));
     }
-    if (!readAt(file, watched.size - wanted, wanted, tail_)) {
+    if (!readTail(file, watched)) {
         return std::nullopt;
     }
-    std::string_view bytes = tail_;
-    if (!whole) {
-        bytes.remove_prefix(std::min(bytes.find('\n'), bytes.size() - 1) + 1);
-    }
-    splitLines(bytes, lines_);
     auto state = parse(lines_, id, modified(info));
     if (state && whole && state->phaseSince == distantPast) {
         // Opened, and nothing asked yet: there is nothing to tell of the session.
         return std::nullopt;
     }
-    if (state && codex && !whole && watched.origin && state->session == id) {
-        state->session = watched.origin->session;
-        state->cwd = state->cwd ? state->cwd : watched.origin->cwd;
-        state->interactive = watched.origin->interactive;
-        state->isSubagent = watched.origin->isSubagent;
+    if (state && !whole && watched.origin) {
+        addOrigin(*state, *watched.origin, id);
+    }
+    if (state && watched.agent == AgentKind::gemini) {
+        completeGemini(*state, path, watched);
     }
     return state;
+}
+
+bool TranscriptWatcher::readTail(int file, const Watched& watched) {
+    const bool whole = watched.size <= tailBytes;
+    const auto wanted = static_cast<std::size_t>(whole ? watched.size : tailBytes);
+    if (!readAt(file, watched.size - wanted, wanted, tail_)) {
+        return false;
+    }
+    std::string_view bytes = tail_;
+    std::string_view cut;
+    if (!whole) {
+        cut = bytes.substr(0, bytes.find('\n'));
+        bytes.remove_prefix(std::min(cut.size() + 1, bytes.size()));
+    }
+    splitLines(bytes, lines_);
+    if (watched.agent == AgentKind::gemini && endsHistory(cut)) {
+        cutPatch_ = R"({"$set":{"messages":[)" + std::string{cut.substr(cut.rfind(historyEnd))};
+        lines_.insert(lines_.begin(), cutPatch_);
+    }
+    return true;
+}
+
+void TranscriptWatcher::completeGemini(State& state, const std::string& path, Watched& watched) {
+    if (!watched.project) {
+        const File file{path.substr(0, path.rfind("/chats/")) + "/.project_root"};
+        std::string root;
+        watched.project = file.descriptor() >= 0 && readAt(file.descriptor(), 0, pathBytes, root)
+                              ? Text::validUtf8(Text::trimmed(root))
+                              : std::string{};
+    }
+    if (watched.project->starts_with('/')) {
+        state.cwd = watched.project;
+    }
+    if (watched.state && watched.state->session == state.session && watched.size > tailBytes) {
+        const State& before = *watched.state;
+        state.prompt = state.prompt ? state.prompt : before.prompt;
+        state.cwd = state.cwd ? state.cwd : before.cwd;
+        state.tokens.reset();
+    }
 }
 
 } // namespace kippo

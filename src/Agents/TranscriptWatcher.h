@@ -39,6 +39,8 @@ public:
         std::optional<std::string> prompt;
         std::optional<AgentActivity> activity;
         std::optional<std::string> entrypoint;
+        /// When the session began, where the transcript says so (Codex, Gemini CLI).
+        std::optional<Date> startedAt;
         /// The newest line is an API error instead of a reply: its text, one line.
         std::optional<std::string> failure;
         /// A person sits at this session's terminal (true) or it was one headless turn (false); nothing when unknown.
@@ -70,11 +72,16 @@ public:
     /// Makes the next poll walk the folders, whatever the interval says (a hook named a session not yet known).
     void discoverSoon() { lastDiscovery_ = distantPast; }
 
+    using Parser = std::optional<State> (*)(std::span<const std::string_view> lines, std::string_view fallbackID,
+                                            Date modified);
+
     /// Lines in file order to a state; `fallbackID` is the file name without extension, `modified` its date.
     static std::optional<State> parseClaude(std::span<const std::string_view> lines, std::string_view fallbackID,
                                             Date modified);
     static std::optional<State> parseCodex(std::span<const std::string_view> lines, std::string_view fallbackID,
                                            Date modified);
+    static std::optional<State> parseGemini(std::span<const std::string_view> lines, std::string_view fallbackID,
+                                            Date modified);
 
     /// White space collapsed; nothing when empty; at most 200 characters, cut with "…".
     static std::optional<std::string> oneLine(std::string_view text);
@@ -92,22 +99,30 @@ private:
         std::uint64_t size = 0;  ///< when last read
         std::uint64_t inode = 0; ///< when last read: another file of the same size is new
         std::optional<State> state;
-        /// What the start of a Codex file says of its session, kept once it has grown beyond the tail.
+        /// What the start of a file says of its session, kept once it has grown beyond the tail (Codex, Gemini CLI).
         std::optional<State> origin;
+        /// The folder that Gemini CLI works in, as a file beside its chats says.
+        std::optional<std::string> project;
     };
     struct Found;
 
     void discover(Date now);
     void discoverClaude(Found& found) const;
     void discoverCodex(Found& found) const;
+    void discoverGemini(Found& found) const;
     /// Reads the file again if it changed; false when it is gone.
     bool refresh(const std::string& path, Watched& watched);
     std::optional<State> read(const std::string& path, int file, Watched& watched);
+    /// The whole lines of the file's end to `lines_`; false when it could not be read.
+    bool readTail(int file, const Watched& watched);
+    /// The folder of a chat, and what earlier reads saw of it.
+    static void completeGemini(State& state, const std::string& path, Watched& watched);
 
     std::map<std::string, Watched> watched_;
     Date lastDiscovery_ = distantPast;
     std::string home_;
     std::string tail_; ///< reused by every read
+    std::string cutPatch_;
     std::vector<std::string_view> lines_;
 };
 

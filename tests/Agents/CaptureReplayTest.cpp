@@ -117,9 +117,9 @@ TEST(CaptureReplay, EveryRunEndsAsAPersonWouldSay) {
         {"codex", "exec-parallel", listed, listed, listed},
         {"codex", "exec-needs-you", asks, asks, asks},
         {"codex", "tui-permission", left, asks, left},
-        {"gemini", "print-basic", listed, listed, none},
+        {"gemini", "print-basic", listed, listed, listed},
         {"gemini", "print-parallel", listed, listed, none},
-        {"gemini", "print-needs-you", asks, asks, none},
+        {"gemini", "print-needs-you", asks, asks, asks},
         {"gemini", "print-fail500", " idle: Ended", " idle: Ended", none},
     };
     for (const Row& row : rows) {

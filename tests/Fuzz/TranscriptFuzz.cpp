@@ -95,6 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto lines = kippo::Text::split(text, '\n');
     check(TranscriptWatcher::parseClaude(lines, "id", kippo::dateFromUnix(0)));
     check(TranscriptWatcher::parseCodex(lines, "id", kippo::dateFromUnix(0)));
+    check(TranscriptWatcher::parseGemini(lines, "id", kippo::dateFromUnix(0)));
     kippo::SessionRegistry::parse(text);
     compareWithParser(text);
     for (const auto line : lines) {
