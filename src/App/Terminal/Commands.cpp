@@ -1,6 +1,7 @@
 #include "App/Terminal/Commands.h"
 
 #include "App/Terminal/Arguments.h"
+#include "App/Terminal/HooksCommand.h"
 #include "App/Terminal/Onlooker.h"
 #include "App/Terminal/Output.h"
 #include "App/Terminal/Watch.h"
@@ -56,6 +57,12 @@ constexpr Command commands[] = {
      .usage = "  kippo watch            keep the list current in this terminal; q quits\n"
               "  kippo watch --json     one JSON object a line, at each change; for status bars\n",
      .run = watch},
+    {.name = "hooks",
+     .options = "--json --dry-run",
+     .takesWords = true,
+     .usage = "  kippo hooks            which agents report here; install, remove: see “kippo hooks --help”\n",
+     .help = hooksHelp,
+     .run = hooks},
 };
 
 /// The list in this terminal, or once where the output goes elsewhere; `why` says why there is no panel.

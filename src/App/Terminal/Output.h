@@ -11,6 +11,9 @@ inline constexpr int succeeded = 0;
 inline constexpr int failed = 1;     ///< something could not be done, or is not well
 inline constexpr int usageError = 2; ///< a word that Kippo does not know
 
+/// What a command says that needs a home folder and has none.
+inline constexpr std::string_view noHome = "kippo: HOME is not set, so there is no telling where your files are.";
+
 /// Prints to standard output.
 void print(std::string_view text);
 /// Prints a line, without its line feed, to standard error.

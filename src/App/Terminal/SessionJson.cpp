@@ -1,5 +1,5 @@
+#include "App/Terminal/JsonMembers.h"
 #include "App/Terminal/SessionList.h"
-#include "Support/Json.h"
 
 #include <algorithm>
 #include <array>
@@ -11,28 +11,13 @@ namespace {
 
 using Json::Writer;
 
-/// Writes members of an object; absent optionals are null, so that every key is always there.
-class Members {
+/// The members of an object, TCP ports among them.
+class Members : public JsonMembers {
 public:
-    explicit Members(Writer& writer) : writer_(writer) {}
+    explicit Members(Writer& writer) : JsonMembers(writer), writer_(writer) {}
 
-    void text(std::string_view key, std::optional<std::string_view> value) {
-        writer_.key(key);
-        value ? writer_.string(*value) : writer_.null();
-    }
-    void number(std::string_view key, double value) { writer_.key(key).number(value); }
-    void whole(std::string_view key, std::int64_t value) { writer_.key(key).number(value); }
-    void flag(std::string_view key, bool value) { writer_.key(key).boolean(value); }
-    void date(std::string_view key, const std::optional<Date>& value) {
-        writer_.key(key);
-        value ? writer_.number(unixSeconds(*value)) : writer_.null();
-    }
     void ports(std::string_view key, const std::vector<int>& value) {
-        writer_.key(key).beginArray();
-        for (const int port : value) {
-            writer_.number(std::int64_t{port});
-        }
-        writer_.endArray();
+        list(key, value, [this](int port) { writer_.number(std::int64_t{port}); });
     }
 
 private:

@@ -61,6 +61,19 @@ std::string plainText(std::string_view text) {
     return result;
 }
 
+std::string visibleText(std::string_view line) {
+    std::string result;
+    for (std::size_t at = 0; at < line.size();) {
+        const auto end = std::min(line.find_first_of(" \t", at), line.size());
+        result += plainText(line.substr(at, end - at));
+        at = end;
+        for (; at < line.size() && (line[at] == ' ' || line[at] == '\t'); ++at) {
+            result += line[at];
+        }
+    }
+    return result;
+}
+
 int columnsOf(std::string_view text) {
     int columns = 0;
     while (!text.empty()) {

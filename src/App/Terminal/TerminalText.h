@@ -10,6 +10,9 @@ namespace kippo::Terminal {
 /// sequences), marks that turn the writing direction, and bytes that are not UTF-8 become U+FFFD.
 std::string plainText(std::string_view text);
 
+/// The same for a line whose blanks matter: they stay, tabs too.
+std::string visibleText(std::string_view line);
+
 /// The columns that `text`, harmless already, takes in a terminal: 2 for wide East Asian characters and emoji, 0 for
 /// combining marks.
 int columnsOf(std::string_view text);

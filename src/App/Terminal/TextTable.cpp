@@ -23,6 +23,8 @@ std::string_view escapeOf(Tone tone) {
         return "\x1b[36m";
     case Tone::done:
         return "\x1b[32m";
+    case Tone::bad:
+        return "\x1b[31m";
     }
     return {};
 }

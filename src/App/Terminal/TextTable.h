@@ -17,7 +17,7 @@ struct Style {
 };
 
 /// How a piece of text stands out; nothing does without `Style::colour`.
-enum class Tone { plain, faint, needsYou, working, done };
+enum class Tone { plain, faint, needsYou, working, done, bad };
 
 /// `text` in the tone's colour, or as it is.
 std::string toned(std::string_view text, Tone tone, const Style& style);

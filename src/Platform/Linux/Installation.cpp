@@ -8,11 +8,8 @@ namespace kippo::Installation {
 
 namespace {
 
-/// The folder of the running executable, links resolved; empty when it cannot be read.
-std::string ownFolder() {
-    std::string path(PATH_MAX, '\0');
-    const auto size = readlink("/proc/self/exe", path.data(), path.size());
-    path.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+/// `path` without its last component.
+std::string folderOf(const std::string& path) {
     const auto slash = path.rfind('/');
     return slash == std::string::npos ? std::string{} : path.substr(0, slash);
 }
@@ -24,8 +21,24 @@ bool isSet(const char* variable) {
 
 } // namespace
 
+std::string executablePath() {
+    std::string path(PATH_MAX, '\0');
+    const auto size = readlink("/proc/self/exe", path.data(), path.size());
+    path.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+    return path;
+}
+
+bool isInBuildTree(const std::string& executable) {
+    for (auto folder = folderOf(executable); !folder.empty(); folder = folderOf(folder)) {
+        if (access((folder + "/CMakeCache.txt").c_str(), F_OK) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::optional<std::string> applicationPath(const std::string& installed) {
-    for (const auto& candidate : {ownFolder() + "/../libexec/kippo/kippo-app", installed}) {
+    for (const auto& candidate : {folderOf(executablePath()) + "/../libexec/kippo/kippo-app", installed}) {
         if (access(candidate.c_str(), X_OK) == 0) {
             return candidate;
         }

@@ -6,6 +6,12 @@
 /// Where the application is, and whether it could show itself.
 namespace kippo::Installation {
 
+/// The running executable, links resolved; empty when that cannot be told.
+std::string executablePath();
+
+/// Whether an executable lies in a build tree, which somebody may delete at any time.
+bool isInBuildTree(const std::string& executable);
+
 /// The application's executable: beside the running one in its install or build tree
 /// (`../libexec/kippo/kippo-app` from its own folder, links resolved), else `installed`. Nothing when neither can be
 /// run.
