@@ -4,6 +4,7 @@
 #include "App/Terminal/HooksCommand.h"
 #include "App/Terminal/Onlooker.h"
 #include "App/Terminal/Output.h"
+#include "App/Terminal/UsageCommand.h"
 #include "App/Terminal/Watch.h"
 #include "Platform/Linux/Installation.h"
 
@@ -63,6 +64,11 @@ constexpr Command commands[] = {
      .usage = "  kippo hooks            which agents report here; install, remove: see “kippo hooks --help”\n",
      .help = hooksHelp,
      .run = hooks},
+    {.name = "usage",
+     .options = "--json",
+     .usage = "  kippo usage            Claude Code's tokens and their cost: today, five hours, the week\n"
+              "  kippo usage --json     the same as one JSON object\n",
+     .run = usage},
 };
 
 /// The list in this terminal, or once where the output goes elsewhere; `why` says why there is no panel.

@@ -94,7 +94,8 @@ TextTable::Cell provenCell(const HookFacts& facts) {
     if (facts.lastEvent) {
         return {"yes", Tone::done};
     }
-    return {facts.connection == Connection::none ? "" : "not yet", Tone::plain};
+    const bool isAwaited = facts.connection == Connection::partial || facts.connection == Connection::complete;
+    return {isAwaited ? "not yet" : "", Tone::plain};
 }
 
 /// What a person should know of one agent beside the table; empty for most.

@@ -1,5 +1,6 @@
 #include "App/Terminal/HooksCommand.h"
 
+#include "Agents/HookBridge.h"
 #include "App/Terminal/HookFacts.h"
 #include "App/Terminal/LogFacts.h"
 #include "App/Terminal/Output.h"
@@ -63,7 +64,19 @@ struct Hooks {
             return request.isDryRun ? HookBridge::plannedInstall(home, agent, executable)
                                     : HookBridge::install(home, agent, executable);
         }
-        return request.isDryRun ? HookBridge::plannedUninstall(home, agent) : HookBridge::uninstall(home, agent);
+        auto removed =
+            request.isDryRun ? HookBridge::plannedUninstall(home, agent) : HookBridge::uninstall(home, agent);
+        if (!removed && holdsNothingOfOurs(agent)) {
+            return HookBridge::Change{.file = home.settingsFile(agent), .before = {}, .after = {}, .existed = true};
+        }
+        return removed;
+    }
+
+    /// Of a file that cannot be edited, but need not be either.
+    bool holdsNothingOfOurs(HookAgent agent) {
+        const auto text = files.read(home.settingsFile(agent));
+        return text &&
+               (!*text || (!(*text)->contains(HookBridge::hookFlag) && !(*text)->contains(HookBridge::legacyHookFlag)));
     }
 };
 
@@ -134,7 +147,7 @@ int edit(Hooks& hooks, HooksRequest request) {
 
 std::expected<HooksRequest, std::string> parseHooks(const Request& request) {
     HooksRequest result{.isDryRun = request.has("--dry-run"), .json = request.has("--json")};
-    for (const auto word : request.words) {
+    for (const auto& word : request.words) {
         const auto agent = hookAgentFromRaw(word);
         if (&word == &request.words.front()) {
             const auto verb = verbNamed(word);

@@ -15,7 +15,7 @@ struct HooksRequest {
     enum class Verb { show, install, remove, prompt };
 
     Verb verb = Verb::show;
-    std::vector<HookAgent> agents; ///< in listing order, each once; none where none was named
+    std::vector<HookAgent> agents{}; ///< in listing order, each once; none where none was named
     bool isDryRun = false;
     bool json = false;
 

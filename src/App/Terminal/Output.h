@@ -21,4 +21,13 @@ void complain(std::string_view line);
 /// How wide and whether in colours standard output may be written.
 Style outputStyle();
 
+/// Says on a terminal what takes its time, and takes it back when it is over. Silent where nobody looks.
+class Progress {
+public:
+    explicit Progress(std::string_view text);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+};
+
 } // namespace kippo::Terminal
