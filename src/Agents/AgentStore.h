@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agents/AgentPreferences.h"
 #include "Agents/EventLog.h"
 #include "Agents/HookInstallation.h"
 #include "Agents/LiveSummary.h"
@@ -62,10 +63,10 @@ public:
     const std::map<HookAgent, Date>& lastEventByAgent() const { return lastEventByAgent_; }
     std::optional<Date> lastEventAt() const { return lastEventAt_; }
     /// Raw values of the agent kinds that the user does not want to see.
-    const std::set<std::string>& hidden() const { return hidden_; }
+    const std::set<std::string>& hidden() const { return preferences_.hidden(); }
     /// Program names that count as agents by the user's wish.
-    const std::vector<std::string>& watchedNames() const { return watchedNames_; }
-    const std::vector<std::string>& hiddenProcesses() const { return hiddenProcesses_; }
+    const std::vector<std::string>& watchedNames() const { return preferences_.watchedNames(); }
+    const std::vector<std::string>& hiddenProcesses() const { return preferences_.hiddenProcesses(); }
 
     int workingCount() const;
     int needsYouCount() const;
@@ -95,7 +96,7 @@ public:
 
     /// Takes a session off the list until it does something new.
     void dismiss(const AgentSession& session);
-    /// The sessions that are over: finished, or left by their process.
+    /// The sessions that are over: their turn is done, or their process has ended.
     std::vector<AgentSession> clearable() const;
     /// Takes all of them off the list until they do something new.
     void clearFinishedAndOrphaned();
@@ -106,7 +107,7 @@ public:
     /// Whether a kind's sessions count in the lights of the closed notch.
     void setLights(AgentKind kind, bool on);
     bool drivesLights(AgentKind kind) const;
-    const std::set<std::string>& lightsOff() const { return lightsOff_; }
+    const std::set<std::string>& lightsOff() const { return preferences_.lightsOff(); }
     /// What the closed notch shows: the sessions of the kinds whose lights are on. Nothing when none works or waits.
     std::optional<LiveSummary> statusLights() const;
 
@@ -137,10 +138,10 @@ public:
     /// Follows programs of this name as agents; white space around it is dropped, an empty name is none.
     void watch(const std::string& name);
     void unwatch(const std::string& name);
-    /// Programs on this machine that look like agents and are not followed yet.
-    std::vector<std::string> suggestions() const;
+    /// Programs that run now, are known to be coding agents, and are not followed yet nor declined.
+    const std::vector<std::string>& suggestions() const { return suggestions_; }
     void dismissSuggestion(const std::string& name);
-    const std::set<std::string>& dismissedSuggestions() const { return dismissedSuggestions_; }
+    const std::set<std::string>& dismissedSuggestions() const { return preferences_.dismissedSuggestions(); }
 
     /// Leaves processes of this name (`ProcInfo::friendlyName`) out of `detached`.
     void hideProcess(const std::string& named);
@@ -166,7 +167,8 @@ public:
     /// Scans the day's usage on the work queue; set by the composition root where there is a scanner.
     std::function<void()> scanUsage;
 
-    /// Shows these sessions in place of the real ones.
+    /// Shows these sessions, by id, in place of the real ones, which go on unseen and still raise their alerts. The
+    /// samples raise none.
     void injectDemo(std::map<std::string, AgentSession> sessions);
     void clearDemo();
 
@@ -184,11 +186,16 @@ private:
     void persistLastEvents();
     void onFileChanged(const std::string& path);
     void watchFiles(std::vector<std::string> transcripts);
-    void merge();
-    void raiseAlerts(const std::vector<AgentSession>& sessions, Date now);
+    /// Rebuilds the list. The observers are told when it changed, or when there is `otherNews` anyway.
+    void merge(bool otherNews = false);
+    /// What the user is to be told of a list; remembers it for the next. Takes the real sessions, also behind a demo.
+    std::vector<AgentSession> takeAlerts(const std::vector<AgentSession>& sessions, Date now);
     bool isWorthAnAlert(const AgentSession& session, const AgentStatus& before, Date now) const;
-    /// True when something that the list depends on changed.
-    bool readDefaults();
+    void readDefaults();
+    void refreshProcessesUnlessRecent();
+    /// As `refreshProcesses`, and once more after a scan that is under way: the table is known to have changed.
+    void refreshProcessesAnew();
+    void stop(std::vector<Pid> pids);
     void forgetOldHooks(Date now);
 
     Places places_;
@@ -205,7 +212,7 @@ private:
     std::shared_ptr<Readers> readers_;
     std::map<std::string, TranscriptWatcher::State> transcripts_;
     std::vector<RegistryEntry> registry_;
-    std::optional<ProcessScanner::Snapshot> lastSnapshot_;
+    std::shared_ptr<const ProcessScanner::Snapshot> lastSnapshot_; ///< nothing before the first scan
     Date snapshotTime_ = distantPast;
     SessionMerge::Memory memory_;
 
@@ -216,14 +223,12 @@ private:
     Date lastEventsPersistedAt_ = distantPast;
     std::optional<Date> lastEventAt_;
 
+    std::set<std::string> gone_; ///< sessions whose process has ended
     std::map<std::string, Date> dismissedAt_;
     std::map<std::string, Date> clearedAt_;
-    std::set<std::string> hidden_;
-    std::vector<std::string> hiddenProcesses_;
-    std::vector<std::string> watchedNames_;
+    AgentPreferences preferences_;
+    std::vector<std::string> suggestions_;
 
-    std::set<std::string> lightsOff_;
-    std::set<std::string> dismissedSuggestions_;
     std::set<HookAgent> connected_;
     std::set<HookAgent> summaryInstructions_;
     std::optional<std::string> installError_;
@@ -235,16 +240,18 @@ private:
     std::optional<Leftover> lastTrashed_;
     std::optional<Trash::Receipt> lastReceipt_;
     std::optional<std::string> trashError_;
-    std::optional<std::map<std::string, AgentSession>> demoSessions_;
+    std::optional<std::vector<AgentSession>> demoSessions_; ///< in list order
 
     bool isVisible_ = false;
     bool pollingTranscripts_ = false;
     bool pollAgain_ = false; ///< something changed while a poll was under way
     bool scanningProcesses_ = false;
+    bool scanAgain_ = false; ///< the scan under way comes too early for what is wanted
     Date processesAskedAt_ = distantPast;
     int tick_ = 0;
     std::vector<std::string> watchedFiles_;
     std::vector<Timer> timers_;
+    Timer afterStop_;
     Subscription defaultsSubscription_;
 };
 

@@ -199,15 +199,6 @@ bool isTakenOff(const AgentSession& session, const Input& input) { // [O6, O7]
            before(input.clearedAt);
 }
 
-void sort(std::vector<AgentSession>& sessions) {
-    const auto key = [](const AgentSession& session) {
-        const int group = session.status.isNeedsYou() ? 0 : session.status.isWorking() ? 1 : 2;
-        const Date newest = group == 1 ? session.workingSince.value_or(session.lastEvent) : session.lastEvent;
-        return std::tuple{group, -unixSeconds(newest), std::string_view{session.id}};
-    };
-    std::ranges::sort(sessions, [&key](const AgentSession& a, const AgentSession& b) { return key(a) < key(b); });
-}
-
 std::vector<DetachedProcess> detachedProcesses(const Input& input) {
     std::vector<DetachedProcess> detached;
     for (const ProcInfo& proc : input.snapshot->detached) {
@@ -245,12 +236,24 @@ void forget(const Input& input, Memory& memory) {
 
 } // namespace
 
+void sort(std::vector<AgentSession>& sessions) {
+    const auto key = [](const AgentSession& session) {
+        const int group = session.status.isNeedsYou() ? 0 : session.status.isWorking() ? 1 : 2;
+        const Date newest = group == 1 ? session.workingSince.value_or(session.lastEvent) : session.lastEvent;
+        return std::tuple{group, -unixSeconds(newest), std::string_view{session.id}};
+    };
+    std::ranges::sort(sessions, [&key](const AgentSession& a, const AgentSession& b) { return key(a) < key(b); });
+}
+
 Output merge(const Input& input, Memory& memory) {
     Output output;
     std::set<Pid> claimed;
     for (const Facts& facts : gather(input, memory)) {
         if (facts.pid) {
             claimed.insert(*facts.pid);
+        }
+        if (facts.presence == Presence::gone) {
+            output.gone.insert(facts.id);
         }
         AgentSession session = row(facts, input, memory);
         if (!hasLeft(session, facts, input.now) && !isTakenOff(session, input)) {

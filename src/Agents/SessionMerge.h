@@ -53,7 +53,11 @@ struct Memory {
 struct Output {
     std::vector<AgentSession> sessions;
     std::vector<DetachedProcess> detached;
+    std::set<std::string> gone; ///< the sessions, listed or not, whose process has ended
 };
+
+/// Puts a list in its order.
+void sort(std::vector<AgentSession>& sessions);
 
 Output merge(const Input& input, Memory& memory);
 

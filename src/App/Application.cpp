@@ -28,14 +28,16 @@ Application::Application(Panel& panel, Ports ports)
 
 void Application::follow(AgentStore& agents) {
     agents.onAlert = [this](const AgentSession& session) { agentAlert(session); };
-    agentsSubscription_ = agents.observe([this, &agents] { showSessions(agents.sessions()); });
+    agentsSubscription_ = agents.observe([this, &agents] { show(agents.sessions(), agents.statusLights()); });
     onAgentsPageVisible = [&agents](bool visible) { agents.setVisible(visible); };
-    showSessions(agents.sessions());
+    show(agents.sessions(), agents.statusLights());
 }
 
-void Application::showSessions(std::span<const AgentSession> sessions) {
-    sessions_.assign(sessions.begin(), sessions.end());
-    panel_.agents.show(sessions_);
+void Application::showSessions(std::span<const AgentSession> sessions) { show(sessions, liveSummary(sessions)); }
+
+void Application::show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights) {
+    lights_ = std::move(lights);
+    panel_.agents.show(sessions);
     updateLiveActivity();
 }
 
@@ -46,7 +48,7 @@ void Application::agentAlert(const AgentSession& session) {
 }
 
 void Application::updateLiveActivity() {
-    const LiveChoice choice = chooseLive(liveSummary(sessions_), ports_.defaults, ports_.scheduler.now());
+    const LiveChoice choice = chooseLive(lights_, ports_.defaults, ports_.scheduler.now());
     notch_.setLive(choice.primary, choice.secondary);
 }
 

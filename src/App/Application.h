@@ -34,6 +34,7 @@ public:
     std::function<void(bool)> onAgentsPageVisible;
 
 private:
+    void show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights);
     void updateLiveActivity();
     void readSettings();
     void notchChanged();
@@ -41,7 +42,7 @@ private:
     Panel& panel_;
     Ports ports_;
     NotchController notch_;
-    std::vector<AgentSession> sessions_;
+    std::optional<LiveSummary> lights_; ///< what the agents have for the wings
     Timer minute_;
     Subscription notchSubscription_;
     Subscription defaultsSubscription_;

@@ -58,6 +58,10 @@ struct AgentStoreTest : testing::Test {
                                 unixSeconds(scheduler.now()), name, id, more));
     }
 
+    static ProcInfo process(Pid pid, Pid parent, double uptime, const std::string& command) {
+        return {.pid = pid, .ppid = parent, .rssKB = 10, .cpu = 0, .uptime = uptime, .command = command};
+    }
+
     static std::string status(const AgentStore& store, const std::string& id = "s") {
         for (const AgentSession& session : store.sessions()) {
             if (session.id == id) {
@@ -206,6 +210,131 @@ TEST_F(AgentStoreTest, RemembersAcrossStarts) {
     EXPECT_TRUE(store->lastEventByAgent().contains(HookAgent::gemini));
     EXPECT_EQ(store->hidden(), std::set<std::string>{"gemini"});
     EXPECT_TRUE(std::holds_alternative<std::vector<std::string>>(*defaults.value("hiddenAgents")));
+}
+
+TEST_F(AgentStoreTest, TakesUpTheUsersChoicesAndKeepsThem) {
+    processes.table = {process(7, 1, 90, "/opt/bin/Goose session"), process(8, 1, 90, "/opt/bin/amp"),
+                       process(9, 1, 90, "claude")};
+    int told = 0;
+    const auto names = [](const AgentStore& store) {
+        std::vector<std::string> all;
+        for (const AgentSession& session : store.sessions()) {
+            all.push_back(session.customName.value_or(std::string{rawValue(session.kind)}));
+        }
+        std::ranges::sort(all);
+        return all;
+    };
+    using Names = std::vector<std::string>;
+    const auto store = makeStore();
+    const auto subscription = store->observe([&told] { ++told; });
+    store->start();
+    EXPECT_EQ(store->suggestions(), (Names{"amp", "goose"}));
+    store->dismissSuggestion("amp");
+    EXPECT_EQ(store->suggestions(), Names{"goose"});
+
+    store->watch(" \t");
+    store->watch(" /usr/bin/goose \n");
+    store->watch("GOOSE");
+    EXPECT_EQ(store->watchedNames(), Names{"goose"});
+    EXPECT_TRUE(store->suggestions().empty());
+    EXPECT_EQ(names(*store), (Names{"Goose", "claude"})) << "without waiting for the next tick";
+
+    // Edited by hand while the application runs.
+    defaults.set("watchedAgentNames", Names{" amp", "", "Amp", "goose"});
+    EXPECT_EQ(store->watchedNames(), (Names{"amp", "goose"}));
+    EXPECT_EQ(names(*store), (Names{"Goose", "amp", "claude"}));
+    store->unwatch("Goose");
+    EXPECT_EQ(names(*store), (Names{"amp", "claude"}));
+
+    event("UserPromptSubmit");
+    scheduler.advance(Seconds{1});
+    told = 0;
+    store->setLights(AgentKind::claude, false);
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(store->liveSummary());
+    EXPECT_FALSE(store->statusLights());
+    store->setVisible(AgentKind::custom, false);
+    EXPECT_EQ(names(*store), (Names{"claude", "claude"}));
+
+    const auto later = makeStore();
+    EXPECT_EQ(later->watchedNames(), Names{"amp"});
+    EXPECT_EQ(later->dismissedSuggestions(), std::set<std::string>{"amp"});
+    EXPECT_FALSE(later->drivesLights(AgentKind::claude));
+    EXPECT_TRUE(later->isHidden(AgentKind::custom));
+}
+
+TEST_F(AgentStoreTest, ClearsWhatIsOverUntilThereIsNews) {
+    processes.table = {process(7, 1, 1, "claude")};
+    processes.cwds[7] = "/x";
+    const auto store = makeStore();
+    store->start();
+    event("SessionStart", "", "open"); // has the process
+    event("Stop", R"(,"g":"cursor")", "done");
+    event("beforeSubmitPrompt", R"(,"g":"cursor")", "working");
+    event("PermissionRequest", R"(,"g":"cursor")", "waiting"); // perhaps in a container
+    event("Stop", R"(,"st":"error")", "failed");               // its process is not there
+    scheduler.advance(Seconds{30});
+    ASSERT_EQ(store->sessions().size(), 5U);
+    std::set<std::string> ids;
+    for (const AgentSession& session : store->clearable()) {
+        ids.insert(session.id);
+    }
+    EXPECT_EQ(ids, (std::set<std::string>{"done", "failed"}));
+    store->clearFinishedAndOrphaned();
+    EXPECT_TRUE(store->clearable().empty());
+    EXPECT_EQ(store->sessions().size(), 3U);
+    event("UserPromptSubmit", "", "done");
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(status(*store, "done"), "working");
+    EXPECT_EQ(status(*store, "failed"), "none");
+}
+
+TEST_F(AgentStoreTest, EndsOnlyWhatItShows) {
+    processes.table = {process(20, 1, 90, "node /p/bin/vite"), process(21, 20, 90, "esbuild"),
+                       process(30, 1, 90, "node /p/server.js"), process(40, 1, 90, "node /p/keep.js")};
+    const auto store = makeStore();
+    store->stop(20); // of no snapshot yet
+    store->start();
+    ASSERT_EQ(store->detached().size(), 3U);
+    store->hideProcess("keep.js");
+    store->hideProcess("keep.js");
+    EXPECT_EQ(store->hiddenProcesses().size(), 1U);
+    store->stop(4711);
+    EXPECT_TRUE(processes.terminated.empty());
+
+    store->stop(30);
+    EXPECT_EQ(processes.terminated, (std::vector<Pid>{30}));
+    std::erase_if(processes.table, [](const ProcInfo& proc) { return proc.pid == 30; });
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(store->detached().size(), 1U) << "the list shows it without waiting for the next tick";
+
+    processes.terminated.clear();
+    store->stopAllDetached();
+    EXPECT_EQ(processes.terminated, (std::vector<Pid>{21, 20}));
+    store->unhideProcess("keep.js");
+    EXPECT_EQ(store->detached().size(), 2U);
+}
+
+TEST_F(AgentStoreTest, DemoStandsInFrontOfTheRealSessions) {
+    event("UserPromptSubmit");
+    const auto store = makeStore();
+    store->start();
+    scheduler.advance(Seconds{5});
+    AgentSession idle, waits;
+    idle.id = "a";
+    waits.id = "b";
+    waits.status = AgentStatus::needsYou("?");
+    store->injectDemo({{"a", idle}, {"b", waits}});
+    ASSERT_EQ(store->sessions().size(), 2U);
+    EXPECT_EQ(store->sessions()[0].id, "b");
+    idle.status = AgentStatus::needsYou("!");
+    store->injectDemo({{"a", idle}});
+    event("PermissionRequest");
+    scheduler.advance(Seconds{5});
+    EXPECT_EQ(alerts, std::vector<std::string>{"s needsYou"});
+    EXPECT_EQ(status(*store), "none");
+    store->clearDemo();
+    EXPECT_EQ(status(*store), "needsYou");
 }
 
 TEST_F(AgentStoreTest, AnOnlookerWritesNothing) {

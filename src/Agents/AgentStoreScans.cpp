@@ -1,0 +1,138 @@
+#include "Agents/AgentStore.h"
+#include "Agents/AgentSuggestions.h"
+
+#include <algorithm>
+#include <utility>
+
+/// What is looked up rather than reported: transcripts, the registry, the process table, usage.
+namespace kippo {
+
+namespace {
+
+/// A session that has just turned up asks for its process at once, but not more often than this.
+constexpr Seconds processGap{2.0};
+
+/// Whether the agent's transcripts are among those that TranscriptWatcher follows.
+bool writesTranscripts(const HookState& hook) { return hook.agent != HookAgent::cursor; }
+
+/// What one poll of transcripts and registry brings home from the work queue.
+struct Poll {
+    std::vector<TranscriptWatcher::State> states;
+    std::vector<RegistryEntry> registry;
+    std::vector<std::string> files;
+};
+
+} // namespace
+
+// MARK: transcripts and registry
+
+void AgentStore::pollTranscripts() {
+    if (pollingTranscripts_) {
+        pollAgain_ = true;
+        return;
+    }
+    pollingTranscripts_ = true;
+    const bool unknownSession = std::ranges::any_of(hookStates_, [this](const auto& entry) {
+        return writesTranscripts(entry.second) && entry.second.status == AgentStatus::working() &&
+               !transcripts_.contains(entry.first);
+    });
+    const auto poll = std::make_shared<Poll>();
+    const Date now = ports_.scheduler.now();
+    ports_.work.run(
+        [readers = readers_, poll, now, unknownSession] {
+            if (unknownSession) {
+                readers->transcripts.discoverSoon();
+            }
+            poll->states = readers->transcripts.poll(now);
+            poll->registry = readers->registry.poll();
+            poll->files = readers->transcripts.watchedPaths();
+        },
+        [this, poll, alive = std::weak_ptr(alive_)] {
+            if (alive.expired()) {
+                return;
+            }
+            pollingTranscripts_ = false;
+            transcripts_.clear();
+            for (auto& state : poll->states) {
+                const auto [entry, isNew] = transcripts_.try_emplace(state.session, state);
+                if (!isNew && entry->second.lastActivity < state.lastActivity) {
+                    entry->second = std::move(state);
+                }
+            }
+            registry_ = std::move(poll->registry);
+            watchFiles(std::move(poll->files));
+            merge();
+            if (std::exchange(pollAgain_, false)) {
+                pollTranscripts();
+            }
+        });
+}
+
+/// Watches the event log, the transcripts and the registry's entries.
+void AgentStore::watchFiles(std::vector<std::string> transcripts) {
+    if (!ports_.files) {
+        return;
+    }
+    std::vector<std::string> files = std::move(transcripts);
+    files.push_back(eventLog_.path());
+    for (const RegistryEntry& entry : registry_) {
+        files.push_back(places_.home + "/.claude/sessions/" + std::to_string(entry.pid) + ".json");
+    }
+    if (files != watchedFiles_) {
+        watchedFiles_ = files;
+        ports_.files->watch(std::move(files));
+    }
+}
+
+void AgentStore::onFileChanged(const std::string& path) {
+    if (path == eventLog_.path()) {
+        readEvents(false);
+    } else {
+        pollTranscripts();
+    }
+}
+
+// MARK: processes and usage
+
+void AgentStore::refreshProcesses() {
+    if (scanningProcesses_) {
+        return;
+    }
+    scanningProcesses_ = true;
+    processesAskedAt_ = ports_.scheduler.now();
+    const auto result = std::make_shared<ProcessScanner::Snapshot>();
+    ports_.work.run([&processes = ports_.processes, result,
+                     watch = preferences_.watchedNames()] { *result = ProcessScanner::snapshot(processes, watch); },
+                    [this, result, taken = processesAskedAt_, alive = std::weak_ptr(alive_)] {
+                        if (alive.expired()) {
+                            return;
+                        }
+                        scanningProcesses_ = false;
+                        lastSnapshot_ = result;
+                        snapshotTime_ = taken;
+                        const auto before = std::exchange(suggestions_, agentSuggestions(*result, preferences_));
+                        merge(suggestions_ != before);
+                        if (std::exchange(scanAgain_, false)) {
+                            refreshProcesses();
+                        }
+                    });
+}
+
+void AgentStore::refreshProcessesAnew() {
+    scanAgain_ = scanningProcesses_;
+    refreshProcesses();
+}
+
+void AgentStore::refreshProcessesUnlessRecent() {
+    if (ports_.scheduler.now() > processesAskedAt_ + processGap) {
+        refreshProcesses();
+    }
+}
+
+void AgentStore::refreshUsage() {
+    if (scanUsage) {
+        scanUsage();
+    }
+}
+
+} // namespace kippo
