@@ -5,6 +5,7 @@
 #include "Agents/ProcessScanner.h"
 #include "Platform/Linux/ProcProcessLister.h"
 #include "Platform/Posix/CommandProcessLister.h"
+#include "Platform/Posix/PosixProcessRunner.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -107,7 +108,8 @@ double median(std::vector<double> values) {
 bool measure(int count) {
     const Sleepers sleepers{count};
     ProcProcessLister steady;
-    CommandProcessLister commands;
+    PosixProcessRunner runner;
+    CommandProcessLister commands{runner};
     auto table = ProcessScanner::snapshot(steady, {});
     std::vector<double> cold, warm, slow;
     for (int round = 0; round < rounds; ++round) {

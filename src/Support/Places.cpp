@@ -1,7 +1,6 @@
 #include "Support/Places.h"
 
 #include <cstdlib>
-#include <string_view>
 
 namespace kippo {
 
@@ -19,20 +18,23 @@ std::string absoluteVariable(const char* name) {
     return text;
 }
 
-std::string inside(const std::string& folder, const std::string& home, std::string_view below) {
-    if (!folder.empty()) {
-        return folder + "/Kippo";
-    }
-    return home.empty() ? std::string{} : home + std::string{below} + "/Kippo";
+/// The folder that `variable` names, else `below` in the home folder; empty without either.
+std::string baseFolder(const char* variable, const std::string& home, const char* below) {
+    std::string folder = absoluteVariable(variable);
+    return folder.empty() && !home.empty() ? home + below : folder;
 }
+
+std::string kippoIn(const std::string& folder) { return folder.empty() ? std::string{} : folder + "/Kippo"; }
 
 } // namespace
 
 Places Places::fromEnvironment() {
     Places places;
     places.home = absoluteVariable("HOME");
-    places.supportFolder = inside(absoluteVariable("XDG_DATA_HOME"), places.home, "/.local/share");
-    places.configFolder = inside(absoluteVariable("XDG_CONFIG_HOME"), places.home, "/.config");
+    places.dataFolder = baseFolder("XDG_DATA_HOME", places.home, "/.local/share");
+    places.cacheFolder = baseFolder("XDG_CACHE_HOME", places.home, "/.cache");
+    places.supportFolder = kippoIn(places.dataFolder);
+    places.configFolder = kippoIn(baseFolder("XDG_CONFIG_HOME", places.home, "/.config"));
     return places;
 }
 

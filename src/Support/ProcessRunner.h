@@ -13,8 +13,9 @@ namespace kippo {
 class ProcessRunner {
 public:
     virtual ~ProcessRunner() = default;
-    /// Runs the program at `path` and gives what it wrote to standard output; its standard error is discarded. Nothing
-    /// when it cannot be started or has not ended after `patience`. The exit status does not matter. Blocking.
+    /// Runs the program at `path`, or where there is none the one of that name on the user's PATH, and gives what it
+    /// wrote to standard output; its standard error is discarded. Nothing when it cannot be started or has not ended
+    /// after `patience`. The exit status does not matter. Blocking; from any thread.
     virtual std::optional<std::string> output(const std::string& path, std::span<const std::string> arguments,
                                               Seconds patience) = 0;
 };

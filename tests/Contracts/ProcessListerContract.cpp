@@ -2,8 +2,8 @@
 #include "Fakes/PrivateHome.h"
 #include "Platform/Linux/ListeningSockets.h"
 #include "Platform/Linux/ProcProcessLister.h"
-#include "Platform/Posix/ChildProgram.h"
 #include "Platform/Posix/CommandProcessLister.h"
+#include "Platform/Posix/PosixProcessRunner.h"
 
 #include <arpa/inet.h>
 #include <array>
@@ -153,18 +153,19 @@ const ProcInfo* find(const std::vector<ProcInfo>& rows, Pid pid) {
 }
 
 /// A real lister, or the fake filled with what a real one would find.
-std::unique_ptr<ProcessLister> makeLister(std::string_view name, const Subject& subject) {
+std::unique_ptr<ProcessLister> makeLister(std::string_view name, const Subject& subject, ProcessRunner& runner) {
     if (name == "proc") {
         return std::make_unique<ProcProcessLister>();
     }
-    return name == "command" ? std::make_unique<CommandProcessLister>() : makeFake(subject);
+    return name == "command" ? std::make_unique<CommandProcessLister>(runner) : makeFake(subject);
 }
 
 } // namespace
 
 struct ProcessListerContract : testing::TestWithParam<const char*> {
     Subject subject;
-    std::unique_ptr<ProcessLister> lister = makeLister(GetParam(), subject);
+    PosixProcessRunner runner;
+    std::unique_ptr<ProcessLister> lister = makeLister(GetParam(), subject, runner);
 };
 
 TEST_P(ProcessListerContract, ListsAProcessWithItsChild) {
@@ -393,18 +394,6 @@ TEST(ListeningSockets, SkipsDamagedLines) {
         "   3: nonsense 00000000:0000 0A 0:0 0:0 0  1000        0 4713 1\n"
         "   4: 0100007F:0000 00000000:0000 0A 0:0 0:0 0  1000        0 4714 1\n");
     EXPECT_EQ(ports, (ListeningSockets::Ports{{4711, 3000}}));
-}
-
-TEST(ChildProgram, GivesTheOutputAndNothingElse) {
-    using std::chrono::milliseconds;
-    const std::vector<std::string> script{"-c",
-                                          "echo out; echo err >&2; cat; printf %s \"$COLUMNS$LC_NUMERIC\"; exit 3"};
-    setenv("COLUMNS", "20", 1);
-    EXPECT_EQ(ChildProgram::output("/bin/sh", script, milliseconds{10000}), "out\nC");
-    unsetenv("COLUMNS");
-    EXPECT_EQ(ChildProgram::output("/nonexistent/program", {}, milliseconds{10000}), std::nullopt);
-    const std::vector<std::string> endless{"-c", "exec sleep 600"};
-    EXPECT_EQ(ChildProgram::output("/bin/sh", endless, milliseconds{50}), std::nullopt);
 }
 
 } // namespace kippo

@@ -27,7 +27,11 @@ public:
 
     std::string path(const std::string& file = {}) const { return file.empty() ? path_ : path_ / file; }
     Places places() const {
-        return {.home = path_, .supportFolder = path(".local/share/Kippo"), .configFolder = path(".config/Kippo")};
+        return {.home = path_,
+                .supportFolder = path(".local/share/Kippo"),
+                .configFolder = path(".config/Kippo"),
+                .dataFolder = path(".local/share"),
+                .cacheFolder = path(".cache")};
     }
 
     /// Writes a whole file, with its folders.

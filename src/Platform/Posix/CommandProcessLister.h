@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agents/ProcessScanner.h"
+#include "Support/ProcessRunner.h"
 
 namespace kippo {
 
@@ -8,10 +9,18 @@ namespace kippo {
 /// it costs some 20 times what ProcProcessLister does. A program that is missing or fails leaves its part empty.
 class CommandProcessLister final : public ProcessLister {
 public:
+    /// `runner` must outlive the lister.
+    explicit CommandProcessLister(ProcessRunner& runner) : runner_(runner) {}
+
     std::vector<ProcInfo> processes() override;
     std::map<Pid, std::vector<int>> listeningPorts(std::span<const Pid> wanted) override;
     std::map<Pid, std::string> workingDirectories(std::span<const Pid> wanted) override;
     bool terminate(Pid pid) override;
+
+private:
+    std::string run(const char* path, const std::vector<std::string>& arguments);
+
+    ProcessRunner& runner_;
 };
 
 } // namespace kippo
