@@ -1,6 +1,7 @@
 #include "Agents/AgentStore.h"
 
 #include "Agents/AgentSuggestions.h"
+#include "Agents/LeftoverScanner.h"
 #include "Support/Folders.h"
 
 #include <algorithm>
@@ -13,12 +14,18 @@ namespace {
 constexpr Seconds eventInterval{0.5};
 constexpr Seconds transcriptInterval{1.5};
 constexpr Seconds tickInterval{3.0};
+/// Usage is not read again sooner than this.
+constexpr Seconds usageGap{9.0};
 
 } // namespace
 
 AgentStore::AgentStore(Places places, Ports ports, Role role)
     : places_(std::move(places)), ports_(ports), role_(role), readers_(std::make_shared<Readers>(places_.home)),
-      eventLog_(places_.eventLog()), alertsArmAt_(ports.scheduler.now() + alertGrace), preferences_(ports.defaults) {
+      eventLog_(places_.eventLog()), alertsArmAt_(ports.scheduler.now() + alertGrace), preferences_(ports.defaults),
+      connections_(ports.userFiles, places_.home, ports.executable),
+      usageScanner_(std::make_shared<UsageScanner>(places_.home)),
+      leftovers_({ports.scans, ports.runner, ports.trash},
+                 LeftoverScanner::globalCaches(places_.home, places_.cacheFolder), [this] { tell(); }) {
     for (const auto& [raw, seconds] : ports_.defaults.get<std::map<std::string, double>>("lastEventByAgent")) {
         if (const auto agent = hookAgentFromRaw(raw)) {
             lastEventByAgent_[*agent] = dateFromReference(seconds);
@@ -28,6 +35,7 @@ AgentStore::AgentStore(Places places, Ports ports, Role role)
 }
 
 AgentStore::~AgentStore() {
+    usageScanner_->cancel(); // it may be reading gigabytes, and whoever ends the queue waits for it
     if (ports_.files) {
         ports_.files->setCallback({});
     }
@@ -53,7 +61,9 @@ void AgentStore::start() {
         ports_.files->setCallback([this](const std::string& path) { onFileChanged(path); });
         watchFiles({});
     }
-    refreshOnce();
+    readEvents(true);
+    checkConnections();
+    lookAround();
     timers_.push_back(ports_.scheduler.every(eventInterval, Seconds{0.1}, [this] { readEvents(false); }));
     timers_.push_back(ports_.scheduler.every(transcriptInterval, Seconds{0.3}, [this] { pollTranscripts(); }));
     timers_.push_back(ports_.scheduler.every(tickInterval, Seconds{0.5}, [this] { onTick(); }));
@@ -61,9 +71,25 @@ void AgentStore::start() {
 
 void AgentStore::refreshOnce() {
     readEvents(true);
+    lookAround();
+}
+
+void AgentStore::checkConnections() {
+    if (role_ == Role::onlooker) {
+        return;
+    }
+    if (ports_.isInstalled) {
+        connections_.repair();
+    }
+    refreshConnections();
+}
+
+void AgentStore::lookAround() {
     pollTranscripts();
     refreshProcesses();
-    refreshUsage();
+    if (role_ == Role::keeper) {
+        refreshUsage();
+    }
 }
 
 void AgentStore::onTick() {
@@ -71,7 +97,7 @@ void AgentStore::onTick() {
     if (isVisible_ || tick_ % 5 == 0) {
         refreshProcesses();
     }
-    if ((isVisible_ && tick_ % 3 == 0) || tick_ % 20 == 0) {
+    if (role_ == Role::keeper && ((isVisible_ && tick_ % 3 == 0) || tick_ % 20 == 0)) {
         refreshUsage();
     }
 }
@@ -81,8 +107,15 @@ void AgentStore::setVisible(bool visible) {
         return;
     }
     isVisible_ = visible;
-    if (visible) {
-        refreshProcessesUnlessRecent();
+    if (!visible) {
+        return;
+    }
+    refreshProcessesUnlessRecent();
+    if (role_ == Role::keeper) {
+        refreshConnections();
+        if (ports_.scheduler.now() >= usageAskedAt_ + usageGap) {
+            refreshUsage();
+        }
     }
 }
 
@@ -101,6 +134,7 @@ void AgentStore::merge(bool otherNews) {
                                     .dismissedAt = dismissedAt_,
                                     .clearedAt = clearedAt_};
     SessionMerge::Output output = SessionMerge::merge(input, memory_);
+    addUsage(output.sessions);
     gone_ = std::move(output.gone);
     const std::vector<AgentSession> alerts = takeAlerts(output.sessions, now);
     if (demoSessions_) {
@@ -118,6 +152,23 @@ void AgentStore::merge(bool otherNews) {
         }
     }
     if ((changed || otherNews) && onChange) {
+        onChange();
+    }
+}
+
+void AgentStore::addUsage(std::vector<AgentSession>& sessions) const {
+    for (AgentSession& session : sessions) {
+        const auto found = usageReport_.bySessionToday.find(session.id);
+        if (found != usageReport_.bySessionToday.end()) {
+            session.tokensToday = found->second.tokens;
+            session.costToday = found->second.cost;
+        }
+    }
+}
+
+void AgentStore::tell() {
+    observers_.notify();
+    if (onChange) {
         onChange();
     }
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "Agents/AgentConnections.h"
 #include "Agents/AgentPreferences.h"
 #include "Agents/EventLog.h"
-#include "Agents/HookInstallation.h"
+#include "Agents/LeftoverList.h"
 #include "Agents/LiveSummary.h"
 #include "Agents/SessionMerge.h"
 #include "Agents/UsageScanner.h"
@@ -38,8 +39,14 @@ public:
         Scheduler& scheduler;
         UserDefaults& defaults;
         SerialQueue& work;
+        SerialQueue& scans;       ///< for what may take minutes (usage, leftovers), so that the list never waits for it
         ProcessLister& processes; ///< used on `work` only, and must outlive that too
         FileWatcher* files;       ///< may be nothing: then only the timers wake the store
+        UserFiles& userFiles;
+        ProcessRunner& runner;    ///< used on `scans` only, and must outlive that too
+        Trash& trash;             ///< likewise
+        std::string executable;   ///< the program that hooks are to run
+        bool isInstalled = false; ///< `executable` is there to stay: hooks of an earlier place may be led to it
     };
 
     /// Whether the store looks after the user's files. A terminal command only looks at them.
@@ -118,20 +125,22 @@ public:
     bool hasUsage() const { return hasUsage_; }
 
     /// The agents whose hooks are installed.
-    const std::set<HookAgent>& connected() const { return connected_; }
+    const std::set<HookAgent>& connected() const { return connections_.connected(); }
     /// Reads the settings files again; somebody may have edited them.
     void refreshConnections();
     /// Installs or removes the hooks; on failure `installError` says why, and `connected` stays true to the files.
     void connect(HookAgent agent);
     void disconnect(HookAgent agent);
-    const std::optional<std::string>& installError() const { return installError_; }
+    const std::optional<std::string>& installError() const { return connections_.error(); }
     void clearInstallError();
     /// What `connect` or `disconnect` would do to the agent's file.
-    std::expected<HookBridge::Change, HookBridge::InstallError> plannedConnection(HookAgent agent, bool connect) const;
+    std::expected<HookBridge::Change, HookBridge::InstallError> plannedConnection(HookAgent agent, bool connect) const {
+        return connections_.planned(agent, connect);
+    }
     /// The text for an AI that edits the file in Kippo's place.
-    std::string setupPrompt(HookAgent agent) const;
+    std::string setupPrompt(HookAgent agent) const { return connections_.setupPrompt(agent); }
     /// The agents whose instruction file holds Kippo's block.
-    const std::set<HookAgent>& summaryInstructions() const { return summaryInstructions_; }
+    const std::set<HookAgent>& summaryInstructions() const { return connections_.summaryInstructions(); }
     /// Installs or removes the block; on failure the set stays as it was and `installError` says why.
     void setSummaryInstructions(HookAgent agent, bool on);
 
@@ -150,22 +159,20 @@ public:
     void stop(Pid pid);
     void stopAllDetached();
 
-    /// Looks for leftovers in every folder that agents worked in, in the background.
+    /// Looks for leftovers in every folder that agents worked in, in the background; after the first scan of usage,
+    /// which tells of most of them.
     void scanLeftovers();
-    const std::vector<Leftover>& leftovers() const { return leftovers_; }
-    bool isScanningLeftovers() const { return isScanningLeftovers_; }
+    const std::vector<Leftover>& leftovers() const { return leftovers_.list(); }
+    bool isScanningLeftovers() const { return leftoversWanted_ || leftovers_.isScanning(); }
     /// Whether a scan has ended since the start; until then an empty list means nothing.
-    bool hasScannedLeftovers() const { return hasScannedLeftovers_; }
+    bool hasScannedLeftovers() const { return leftovers_.hasScanned(); }
     /// Moves one to the Trash in the background. When that fails it stays in the list and `trashError` says why.
-    void trash(const Leftover& leftover);
+    void trash(const Leftover& leftover) { leftovers_.trash(leftover); }
     /// The latest one that was moved, until another takes its place.
-    const std::optional<Leftover>& lastTrashed() const { return lastTrashed_; }
+    const std::optional<Leftover>& lastTrashed() const { return leftovers_.lastTrashed(); }
     /// Puts that one back.
-    void undoTrash();
-    const std::optional<std::string>& trashError() const { return trashError_; }
-
-    /// Scans the day's usage on the work queue; set by the composition root where there is a scanner.
-    std::function<void()> scanUsage;
+    void undoTrash() { leftovers_.undo(); }
+    const std::optional<std::string>& trashError() const { return leftovers_.error(); }
 
     /// Shows these sessions, by id, in place of the real ones, which go on unseen and still raise their alerts. The
     /// samples raise none.
@@ -180,6 +187,10 @@ private:
         SessionRegistryReader registry;
     };
 
+    /// Repairs the hooks and learns who is connected.
+    void checkConnections();
+    /// Transcripts, processes and, for a keeper, usage.
+    void lookAround();
     void onTick();
     void apply(const HookBridge::Event& event);
     void noteAgentHeard(const HookBridge::Event& event);
@@ -188,6 +199,8 @@ private:
     void watchFiles(std::vector<std::string> transcripts);
     /// Rebuilds the list. The observers are told when it changed, or when there is `otherNews` anyway.
     void merge(bool otherNews = false);
+    void addUsage(std::vector<AgentSession>& sessions) const;
+    void tell();
     /// What the user is to be told of a list; remembers it for the next. Takes the real sessions, also behind a demo.
     std::vector<AgentSession> takeAlerts(const std::vector<AgentSession>& sessions, Date now);
     bool isWorthAnAlert(const AgentSession& session, const AgentStatus& before, Date now) const;
@@ -229,17 +242,14 @@ private:
     AgentPreferences preferences_;
     std::vector<std::string> suggestions_;
 
-    std::set<HookAgent> connected_;
-    std::set<HookAgent> summaryInstructions_;
-    std::optional<std::string> installError_;
+    AgentConnections connections_;
+    std::shared_ptr<UsageScanner> usageScanner_; ///< used on `scans` only; a scan under way keeps it
     UsageScanner::Report usageReport_;
     bool hasUsage_ = false;
-    std::vector<Leftover> leftovers_;
-    bool isScanningLeftovers_ = false;
-    bool hasScannedLeftovers_ = false;
-    std::optional<Leftover> lastTrashed_;
-    std::optional<Trash::Receipt> lastReceipt_;
-    std::optional<std::string> trashError_;
+    bool scanningUsage_ = false;
+    Date usageAskedAt_ = distantPast;
+    LeftoverList leftovers_;
+    bool leftoversWanted_ = false;                          ///< as soon as usage is known
     std::optional<std::vector<AgentSession>> demoSessions_; ///< in list order
 
     bool isVisible_ = false;

@@ -77,6 +77,34 @@ void AgentStore::hideProcess(const std::string& named) { preferences_.hideProces
 
 void AgentStore::unhideProcess(const std::string& named) { preferences_.unhideProcess(named); }
 
+// MARK: the agents' files
+
+void AgentStore::refreshConnections() {
+    if (connections_.refresh()) {
+        tell();
+    }
+}
+
+void AgentStore::connect(HookAgent agent) {
+    connections_.connect(agent);
+    tell();
+}
+
+void AgentStore::disconnect(HookAgent agent) {
+    connections_.disconnect(agent);
+    tell();
+}
+
+void AgentStore::clearInstallError() {
+    connections_.clearError();
+    tell();
+}
+
+void AgentStore::setSummaryInstructions(HookAgent agent, bool on) {
+    connections_.setSummaryInstructions(agent, on);
+    tell();
+}
+
 // MARK: processes
 
 void AgentStore::stop(Pid pid) { stop(std::vector{pid}); }

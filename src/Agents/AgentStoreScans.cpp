@@ -130,9 +130,44 @@ void AgentStore::refreshProcessesUnlessRecent() {
 }
 
 void AgentStore::refreshUsage() {
-    if (scanUsage) {
-        scanUsage();
+    if (scanningUsage_) {
+        return;
     }
+    scanningUsage_ = true;
+    usageAskedAt_ = ports_.scheduler.now();
+    const auto report = std::make_shared<UsageScanner::Report>();
+    ports_.scans.run([scanner = usageScanner_, report, now = usageAskedAt_] { *report = scanner->refresh(now); },
+                     [this, report, alive = std::weak_ptr(alive_)] {
+                         if (alive.expired()) {
+                             return;
+                         }
+                         scanningUsage_ = false;
+                         if (!std::exchange(hasUsage_, true) || *report != usageReport_) {
+                             usageReport_ = std::move(*report);
+                             merge(true);
+                         }
+                         if (std::exchange(leftoversWanted_, false)) {
+                             scanLeftovers();
+                         }
+                     });
+}
+
+void AgentStore::scanLeftovers() {
+    if (!hasUsage_ && scanningUsage_) {
+        leftoversWanted_ = true;
+        tell();
+        return;
+    }
+    std::set<std::string> projects = usageReport_.projects;
+    if (!demoSessions_) {
+        for (const AgentSession& session : sessions_) {
+            projects.insert(session.cwd.value_or(std::string{}));
+        }
+    }
+    // An agent that worked in the home folder does not make that a project.
+    projects.erase(places_.home);
+    projects.erase(std::string{});
+    leftovers_.scan(std::move(projects));
 }
 
 } // namespace kippo

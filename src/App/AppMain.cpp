@@ -5,10 +5,13 @@
 #include "App/DemoScenes.h"
 #include "App/Panel.h"
 #include "App/Prefs.h"
+#include "Platform/Linux/FreedesktopTrash.h"
 #include "Platform/Linux/InotifyFileWatcher.h"
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Linux/ProcProcessLister.h"
+#include "Platform/Posix/PosixProcessRunner.h"
+#include "Platform/Posix/PosixUserFiles.h"
 #include "Platform/Posix/WorkerQueue.h"
 #include "Platform/Qt/NotchWindow.h"
 #include "Platform/Qt/QtScheduler.h"
@@ -34,21 +37,43 @@ int complain(const QString& sentence) {
 /// The agents' store on this machine's real ports. The main queue is Qt's.
 struct Agents {
     Agents(const Places& places, Scheduler& scheduler, UserDefaults& defaults)
-        : store(places, {scheduler, defaults, work, processes, &files}) {
+        : trash(places.dataFolder), store(places, ports(scheduler, defaults)) {
         if (files.descriptor() >= 0) {
             filesReady.emplace(files.descriptor(), QSocketNotifier::Read);
             QObject::connect(&*filesReady, &QSocketNotifier::activated, &*filesReady, [this] { files.dispatch(); });
         }
     }
+    ~Agents() { runner.stop(); }
+    Agents(const Agents&) = delete;
+    Agents& operator=(const Agents&) = delete;
 
     static void post(std::function<void()> work) {
         QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(work), Qt::QueuedConnection);
     }
 
+    AgentStore::Ports ports(Scheduler& scheduler, UserDefaults& defaults) {
+        const std::string executable = Installation::hookExecutable(KIPPO_INSTALLED_HOOK).value_or(std::string{});
+        return {.scheduler = scheduler,
+                .defaults = defaults,
+                .work = work,
+                .scans = scans,
+                .processes = processes,
+                .files = &files,
+                .userFiles = userFiles,
+                .runner = runner,
+                .trash = trash,
+                .executable = executable,
+                .isInstalled = !executable.empty() && !Installation::isInBuildTree(executable)};
+    }
+
     ProcProcessLister processes;
+    PosixUserFiles userFiles;
+    PosixProcessRunner runner;
+    FreedesktopTrash trash;
     InotifyFileWatcher files;
     std::optional<QSocketNotifier> filesReady;
     WorkerQueue work{post};
+    WorkerQueue scans{post};
     AgentStore store;
 };
 

@@ -1,10 +1,14 @@
 #include "Agents/AgentStore.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeProcessLister.h"
+#include "Fakes/FakeProcessRunner.h"
 #include "Fakes/FakeScheduler.h"
+#include "Fakes/FakeTrash.h"
+#include "Fakes/FakeUserFiles.h"
 #include "Fakes/PrivateHome.h"
 
 #include <deque>
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -31,20 +35,47 @@ public:
     std::deque<std::function<void()>> waiting;
 };
 
+class CountingQueue final : public SerialQueue {
+public:
+    void run(std::function<void()> work, std::function<void()> then) override {
+        ++pieces;
+        work();
+        then();
+    }
+    int pieces = 0;
+};
+
 struct AgentStoreTest : testing::Test {
     PrivateHome home;
     FakeScheduler scheduler;
     FakeDefaults defaults;
     InlineSerialQueue queue;
+    SerialQueue* work = &queue;
+    SerialQueue* scans = &queue;
     FakeProcessLister processes;
+    FakeUserFiles userFiles;
+    FakeProcessRunner runner;
+    FakeTrash trash;
+    std::string executable = "/opt/kippo";
+    bool isInstalled = false;
     std::vector<std::string> alerts;
 
+    AgentStore::Ports ports() {
+        return {.scheduler = scheduler,
+                .defaults = defaults,
+                .work = *work,
+                .scans = *scans,
+                .processes = processes,
+                .files = nullptr,
+                .userFiles = userFiles,
+                .runner = runner,
+                .trash = trash,
+                .executable = executable,
+                .isInstalled = isInstalled};
+    }
+
     std::unique_ptr<AgentStore> makeStore(AgentStore::Role role = AgentStore::Role::keeper) {
-        auto store = std::make_unique<AgentStore>(
-            home.places(),
-            AgentStore::Ports{
-                .scheduler = scheduler, .defaults = defaults, .work = queue, .processes = processes, .files = nullptr},
-            role);
+        auto store = std::make_unique<AgentStore>(home.places(), ports(), role);
         store->onAlert = [this](const AgentSession& session) {
             alerts.push_back(session.id + " " + std::string{rawValue(session.status.value)});
         };
@@ -179,9 +210,10 @@ TEST_F(AgentStoreTest, StaysQuietWhileItLearnsWhatIsThere) {
 }
 
 TEST_F(AgentStoreTest, LooksLessOftenWhileNobodyLooks) {
-    int usageScans = 0;
+    CountingQueue counted;
+    int& usageScans = counted.pieces;
+    scans = &counted;
     const auto store = makeStore();
-    store->scanUsage = [&usageScans] { ++usageScans; };
     store->start();
     processes.listings = usageScans = 0;
     scheduler.advance(Seconds{60});
@@ -337,6 +369,146 @@ TEST_F(AgentStoreTest, DemoStandsInFrontOfTheRealSessions) {
     EXPECT_EQ(status(*store), "needsYou");
 }
 
+TEST_F(AgentStoreTest, KnowsWhoIsConnectedFromTheFilesAlone) {
+    const auto settings = home.path(".claude/settings.json"), instructions = home.path(".claude/CLAUDE.md");
+    const auto commands = [this] { return HookBridge::ourCommands({userFiles, home.path()}, HookAgent::claude); };
+    int told = 0;
+    const auto store = makeStore();
+    const auto subscription = store->observe([&told] { ++told; });
+    store->start();
+    EXPECT_TRUE(store->connected().empty());
+    userFiles.files[settings] = "{ oops";
+    store->connect(HookAgent::claude);
+    EXPECT_EQ(store->installError(),
+              ".claude/settings.json isn't valid JSON, so Kippo left it alone. Fix it and try again.");
+    EXPECT_TRUE(store->connected().empty());
+    userFiles.files[settings] = "{}";
+    store->connect(HookAgent::claude);
+    EXPECT_FALSE(store->installError());
+    EXPECT_EQ(store->connected(), std::set{HookAgent::claude});
+    EXPECT_TRUE(store->lastEventByAgent().empty()) << "proves nothing before an event has arrived";
+    EXPECT_EQ(store->plannedConnection(HookAgent::claude, false)->after, "{}");
+
+    // Somebody edits the file while the page is shut.
+    told = 0;
+    userFiles.files[settings] = "{}";
+    store->setVisible(true);
+    EXPECT_TRUE(store->connected().empty());
+    EXPECT_GE(told, 1);
+
+    userFiles.full.insert(instructions);
+    store->setSummaryInstructions(HookAgent::claude, true);
+    EXPECT_TRUE(store->summaryInstructions().empty());
+    EXPECT_EQ(store->installError(),
+              ".claude/CLAUDE.md can't be written, so it stays as it was: No space left on device.");
+    userFiles.full.clear();
+    store->setSummaryInstructions(HookAgent::claude, true);
+    EXPECT_EQ(store->summaryInstructions(), std::set{HookAgent::claude});
+
+    // Hooks of an earlier place are led to an installed program, by the application only.
+    store->connect(HookAgent::claude);
+    const auto old = commands();
+    executable = "/new/kippo";
+    makeStore()->start();
+    isInstalled = true;
+    makeStore(AgentStore::Role::onlooker)->start();
+    EXPECT_EQ(commands(), old);
+    const auto moved = makeStore();
+    moved->start();
+    EXPECT_TRUE(commands()->begin()->second[0].contains("/new/kippo"));
+    EXPECT_EQ(moved->connected(), std::set{HookAgent::claude});
+}
+
+TEST_F(AgentStoreTest, ShowsTheListBeforeUsageIsCounted) {
+    const auto line = [this](const std::string& session, int tokens, const std::string& id) {
+        return fmt::format(
+            R"({{"type":"assistant","sessionId":"{}","cwd":"/p","timestamp":"{:%FT%TZ}","requestId":"{}",)"
+            R"("message":{{"id":"{}","model":"claude-opus-4-5","usage":{{"input_tokens":{},"output_tokens":0}}}}}})"
+            "\n",
+            session, std::chrono::floor<std::chrono::seconds>(scheduler.now()), id, id, tokens);
+    };
+    const std::string transcript = home.path(".claude/projects/-p/s.jsonl");
+    home.write(transcript, line("s", 1000, "1"));
+    home.age(transcript, scheduler.now());
+    event("UserPromptSubmit");
+    HeldQueue slow;
+    scans = &slow;
+    int told = 0;
+    auto store = makeStore();
+    store->start();
+    EXPECT_EQ(status(*store), "working");
+    EXPECT_FALSE(store->hasUsage());
+    store->scanLeftovers();
+    EXPECT_TRUE(store->isScanningLeftovers());
+    scheduler.advance(Seconds{120});
+    EXPECT_EQ(slow.waiting.size(), 1U) << "one scan at a time";
+    slow.runAll();
+    EXPECT_EQ(store->usage().tokens, 1000);
+    EXPECT_EQ(store->sessions()[0].tokensToday, 1000);
+    EXPECT_GT(store->sessions()[0].costToday, 0);
+    EXPECT_TRUE(store->hasScannedLeftovers()) << "with the folders that usage tells of";
+
+    const auto subscription = store->observe([&told] { ++told; });
+    store->refreshUsage();
+    slow.runAll();
+    EXPECT_EQ(told, 0) << "nothing new";
+    home.append(transcript, line("s", 500, "2"));
+    store->refreshUsage();
+    slow.runAll();
+    EXPECT_EQ(store->sessions()[0].tokensToday, 1500);
+    store->refreshUsage();
+    store.reset();
+    slow.runAll();
+}
+
+TEST_F(AgentStoreTest, MovesLeftoversToTheTrashAndBack) {
+    const auto big = home.path("p/node_modules"), small = home.path("p/dist");
+    for (const auto& [folder, kb] : {std::pair{big, "50000"}, std::pair{small, "20000"}}) {
+        home.write(folder + "/x", "");
+        runner.outputs["/usr/bin/du -sk " + folder] = std::string{kb} + "\t" + folder + "\n";
+        trash.places.insert(folder);
+    }
+    home.write("node_modules/x", ""); // of the home folder, which is no project
+    runner.outputs["/usr/bin/du -sk " + home.path("node_modules")] = "90000\t";
+    event("UserPromptSubmit", fmt::format(R"(,"c":"{}")", home.path("p")));
+    event("UserPromptSubmit", fmt::format(R"(,"c":"{}")", home.path()), "b");
+    const auto store = makeStore();
+    const auto paths = [&store] {
+        std::vector<std::string> all;
+        for (const Leftover& leftover : store->leftovers()) {
+            all.push_back(leftover.path);
+        }
+        return all;
+    };
+    using Paths = std::vector<std::string>;
+    store->start();
+    EXPECT_FALSE(store->hasScannedLeftovers());
+    store->scanLeftovers();
+    ASSERT_EQ(paths(), (Paths{big, small}));
+
+    const Leftover first = store->leftovers()[0];
+    trash.refusal = "No room.";
+    store->trash(first);
+    EXPECT_EQ(store->trashError(), "No room.");
+    EXPECT_EQ(paths(), (Paths{big, small}));
+    trash.refusal.reset();
+    store->trash(first);
+    store->trash(first); // a second click
+    EXPECT_FALSE(store->trashError());
+    EXPECT_EQ(paths(), Paths{small});
+    EXPECT_EQ(store->lastTrashed(), first);
+
+    trash.refusal = "Not now.";
+    store->undoTrash();
+    EXPECT_EQ(store->trashError(), "Not now.");
+    EXPECT_EQ(store->lastTrashed(), first);
+    trash.refusal.reset();
+    store->undoTrash();
+    EXPECT_EQ(paths(), (Paths{big, small}));
+    EXPECT_FALSE(store->lastTrashed());
+    EXPECT_TRUE(trash.contents.empty());
+}
+
 TEST_F(AgentStoreTest, AnOnlookerWritesNothing) {
     event("UserPromptSubmit");
     const auto store = makeStore(AgentStore::Role::onlooker);
@@ -347,10 +519,8 @@ TEST_F(AgentStoreTest, AnOnlookerWritesNothing) {
 
 TEST_F(AgentStoreTest, RunsOneScanOfEachKindAtATimeAndMayDieBeforeItEnds) {
     HeldQueue held;
-    auto store = std::make_unique<AgentStore>(
-        home.places(),
-        AgentStore::Ports{
-            .scheduler = scheduler, .defaults = defaults, .work = held, .processes = processes, .files = nullptr});
+    work = &held;
+    auto store = makeStore();
     store->setVisible(true);
     store->start();
     scheduler.advance(Seconds{30});

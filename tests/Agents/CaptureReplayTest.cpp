@@ -1,7 +1,10 @@
 #include "Agents/AgentStore.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeProcessLister.h"
+#include "Fakes/FakeProcessRunner.h"
 #include "Fakes/FakeScheduler.h"
+#include "Fakes/FakeTrash.h"
+#include "Fakes/FakeUserFiles.h"
 #include "Fakes/PrivateHome.h"
 
 #include <gtest/gtest.h>
@@ -87,9 +90,20 @@ struct Replay {
     FakeDefaults defaults;
     InlineSerialQueue queue;
     FakeProcessLister processes;
-    AgentStore store{
-        home.places(),
-        {.scheduler = scheduler, .defaults = defaults, .work = queue, .processes = processes, .files = nullptr}};
+    FakeUserFiles userFiles;
+    FakeProcessRunner runner;
+    FakeTrash trash;
+    AgentStore store{home.places(),
+                     {.scheduler = scheduler,
+                      .defaults = defaults,
+                      .work = queue,
+                      .scans = queue,
+                      .processes = processes,
+                      .files = nullptr,
+                      .userFiles = userFiles,
+                      .runner = runner,
+                      .trash = trash,
+                      .executable = {}}};
 };
 
 constexpr std::size_t all = 1000;

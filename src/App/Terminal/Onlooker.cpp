@@ -1,5 +1,7 @@
 #include "App/Terminal/Onlooker.h"
 
+#include "Platform/Linux/Installation.h"
+
 #include <utility>
 
 namespace kippo::Terminal {
@@ -14,7 +16,18 @@ constexpr Seconds settingsTolerance{1};
 
 Onlooker::Onlooker()
     : defaults_(places_.configFolder + "/defaults.json", JsonUserDefaults::Access::readOnly),
-      store_(places_, {scheduler_, defaults_, queue_, lister_, &files_}, AgentStore::Role::onlooker) {}
+      store_(places_,
+             {.scheduler = scheduler_,
+              .defaults = defaults_,
+              .work = queue_,
+              .scans = queue_,
+              .processes = lister_,
+              .files = &files_,
+              .userFiles = userFiles_,
+              .runner = runner_,
+              .trash = trash_,
+              .executable = Installation::executablePath()},
+             AgentStore::Role::onlooker) {}
 
 SessionList Onlooker::look() {
     store_.refreshOnce();

@@ -2,10 +2,13 @@
 
 #include "Agents/AgentStore.h"
 #include "App/Terminal/SessionList.h"
+#include "Platform/Linux/FreedesktopTrash.h"
 #include "Platform/Linux/InotifyFileWatcher.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Linux/PollScheduler.h"
 #include "Platform/Linux/ProcProcessLister.h"
+#include "Platform/Posix/PosixProcessRunner.h"
+#include "Platform/Posix/PosixUserFiles.h"
 #include "Support/SerialQueue.h"
 
 namespace kippo::Terminal {
@@ -33,6 +36,9 @@ private:
     InlineSerialQueue queue_;
     ProcProcessLister lister_;
     InotifyFileWatcher files_;
+    PosixUserFiles userFiles_;
+    PosixProcessRunner runner_;
+    FreedesktopTrash trash_{places_.dataFolder};
     AgentStore store_;
     Timer settings_;
     Subscription filesReady_;

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cstdlib>
+#include <memory>
 #include <unistd.h>
 
 namespace kippo::Installation {
@@ -41,6 +42,16 @@ std::optional<std::string> applicationPath(const std::string& installed) {
     for (const auto& candidate : {folderOf(executablePath()) + "/../libexec/kippo/kippo-app", installed}) {
         if (access(candidate.c_str(), X_OK) == 0) {
             return candidate;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> hookExecutable(const std::string& installed) {
+    for (const auto& candidate : {folderOf(executablePath()) + "/../../bin/kippo", installed}) {
+        const std::unique_ptr<char, decltype(&std::free)> real{realpath(candidate.c_str(), nullptr), std::free};
+        if (real && access(real.get(), X_OK) == 0) {
+            return real.get();
         }
     }
     return std::nullopt;

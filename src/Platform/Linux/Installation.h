@@ -17,6 +17,10 @@ bool isInBuildTree(const std::string& executable);
 /// run.
 std::optional<std::string> applicationPath(const std::string& installed);
 
+/// The program that agents run as their hook, links resolved: `kippo`, which lies in the install or build tree of the
+/// running application (`../../bin/kippo` from its folder), else `installed`. Nothing when neither can be run.
+std::optional<std::string> hookExecutable(const std::string& installed);
+
 /// Whether the environment names an X or Wayland display.
 bool hasDisplay();
 
