@@ -1,5 +1,6 @@
 #include "Agents/TranscriptWatcher.h"
 
+#include "Support/LocalTime.h"
 #include "Support/Text.h"
 
 #include <algorithm>
@@ -132,18 +133,11 @@ std::string_view nameWithoutExtension(std::string_view path) {
     return name;
 }
 
-/// "2026/11/21", `offset` local days from `now`. At noon no daylight-saving change is near.
+/// "2026/11/21", `offset` local days from `now`.
 std::string dayFolder(Date now, int offset) {
-    const auto seconds = static_cast<std::time_t>(unixSeconds(now));
-    std::tm local{};
-    ::localtime_r(&seconds, &local);
-    local.tm_mday += offset;
-    local.tm_hour = 12;
-    local.tm_min = local.tm_sec = 0;
-    local.tm_isdst = -1;
-    std::mktime(&local);
+    const LocalTime day = localTime(startOfLocalDay(now, offset));
     std::array<char, 48> text{};
-    std::snprintf(text.data(), text.size(), "%04d/%02d/%02d", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    std::snprintf(text.data(), text.size(), "%04d/%02d/%02d", day.year, day.month, day.day);
     return text.data();
 }
 

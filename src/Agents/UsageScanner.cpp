@@ -3,7 +3,7 @@
 #include "Agents/Pricing.h"
 #include "Agents/UsageFiles.h"
 #include "Agents/UsageLine.h"
-#include "Support/LocalDay.h"
+#include "Support/LocalTime.h"
 #include "Support/Text.h"
 
 #include <algorithm>

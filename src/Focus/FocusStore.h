@@ -7,14 +7,20 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace kippo {
 
 /// A pomodoro timer: phases of focus alternate with short breaks, and every fourth focus earns a long one. Its state
-/// outlives the application. Main queue only.
+/// outlives the application. While the machine is suspended a break passes and work does not count; a clock that is set
+/// changes nothing of what is left. Main queue only.
 class FocusStore {
 public:
     enum class Phase { idle, focus, shortBreak, longBreak };
+
+    /// A machine that slept longer than this finds its focus paused: nobody says that the person is back at it. A break
+    /// that ended longer ago than this ends without a word.
+    static constexpr Seconds longAbsence{1800};
 
     static constexpr bool isBreak(Phase phase) { return phase == Phase::shortBreak || phase == Phase::longBreak; }
 
@@ -23,18 +29,18 @@ public:
     FocusStore(const FocusStore&) = delete;
     FocusStore& operator=(const FocusStore&) = delete;
 
-    Phase phase() const { return phase_; }
+    Phase phase() const { return state_.phase; }
     /// When the running phase ends; nothing while idle or paused.
-    std::optional<Date> endsAt() const { return endsAt_; }
+    std::optional<Date> endsAt() const { return state_.endsAt; }
     /// What was left when the phase was paused.
-    std::optional<Seconds> pausedRemaining() const { return pausedRemaining_; }
+    std::optional<Seconds> pausedRemaining() const { return state_.pausedRemaining; }
     /// The length of the current phase; while idle, of the next focus.
-    Seconds total() const { return total_; }
+    Seconds total() const;
     /// Completed phases of focus in the current cycle of four.
-    int round() const { return round_; }
-    int completedToday() const { return completedToday_; }
-    bool isRunning() const { return endsAt_.has_value(); }
-    bool isPaused() const { return pausedRemaining_.has_value(); }
+    int round() const { return state_.round; }
+    int completedToday() const { return state_.completedToday; }
+    bool isRunning() const { return state_.endsAt.has_value(); }
+    bool isPaused() const { return state_.pausedRemaining.has_value(); }
     Seconds remaining(Date at) const;
     /// The part of the phase that is over, 0 to 1.
     double progress(Date at) const;
@@ -70,25 +76,41 @@ public:
     [[nodiscard]] Subscription observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
 
 private:
-    struct Saved;
+    /// What outlives the application, under the key "focusState".
+    struct Saved {
+        Phase phase = Phase::idle;
+        std::optional<Date> endsAt;
+        std::optional<Seconds> pausedRemaining;
+        Seconds total{0};
+        int round = 0;
+        int completedToday = 0;
+        Date day = distantPast; ///< the start of the day that `completedToday` counts
+    };
+    static std::string encode(const Saved& saved);
+    static std::optional<Saved> decode(std::string text);
+
     void tick();
-    void finish(bool silently);
+    /// A phase that ended before today is no part of today's count.
+    void finish(bool silently, Date endedAt);
     void changed();
     void restore();
     void rollDay();
-    Saved saved() const;
-    void adopt(const Saved& saved);
+    void catchUp();
+    void keepTicking();
+    int minutes(std::string_view key) const;
+    Seconds focusLength() const;
+    void beginNow(Phase phase, int minutes);
+    void stand(Phase phase, std::optional<Date> endsAt, std::optional<Seconds> pausedRemaining);
 
     Scheduler& scheduler_;
     UserDefaults& defaults_;
     Observers observers_;
-    Phase phase_ = Phase::idle;
-    std::optional<Date> endsAt_;
-    std::optional<Seconds> pausedRemaining_;
-    Seconds total_{0};
-    int round_ = 0;
-    int completedToday_ = 0;
-    Date countedDay_ = distantPast;
+    Saved state_;
+    std::optional<Saved> demoBackup_;
+    Date seenAt_ = distantPast; ///< the clocks when they were last looked at
+    Uptime seenUptime_;
+    bool isStarted_ = false;
+    Seconds tickInterval_{0};
     Timer timer_;
 };
 

@@ -11,15 +11,16 @@
 
 namespace kippo {
 
-/// How the drawn figure stands: angles in degrees from its rest, offsets in parts of its height.
+/// How the drawn figure stands, as its viewer sees it; all zero is standing with the arms hanging down. Angles are in
+/// degrees, lengths in parts of the figure's height. "Left" is the viewer's left.
 struct FigurePose {
-    double headTilt = 0;
-    double shoulderLift = 0;
-    double shoulderWidth = 0;
-    double torsoLean = 0;
-    double leftArm = 0;
-    double leftForearm = 0;
-    double leftWrist = 0;
+    double headTilt = 0;      ///< towards the right shoulder
+    double shoulderLift = 0;  ///< upwards
+    double shoulderWidth = 0; ///< each shoulder's way out, as the chest opens; negative rounds the back
+    double torsoLean = 0;     ///< to the right, from the hips
+    double leftArm = 0;       ///< of the upper arm, outwards from hanging down; 180 points up
+    double leftForearm = 0;   ///< against the upper arm; positive bends on in the same direction, negative back
+    double leftWrist = 0;     ///< against the forearm, as `leftForearm`
     double rightArm = 0;
     double rightForearm = 0;
     double rightWrist = 0;
@@ -33,7 +34,7 @@ struct StretchPose {
     std::string_view name;
     std::string_view cue; ///< what to do, shown under the name
     Seconds duration{30};
-    FigurePose (*motion)(Seconds elapsed) = nullptr;
+    FigurePose (*motion)(Seconds elapsed) = nullptr; ///< how the figure stands so long after the start
 };
 
 namespace StretchRoutine {
@@ -52,16 +53,22 @@ public:
     /// All five are done, and the closing tip shows.
     bool isFinished() const { return isFinished_; }
 
+    /// Begins with the first stretch, also while a routine runs.
     void start();
+    /// On to the next stretch; after the last one, to the closing tip.
     void next();
+    /// Back to the stretch before; at the first one, to its beginning.
     void previous();
+    /// Closes the routine.
     void end();
 
+    /// The routine was closed.
     std::function<void()> onEnd;
     [[nodiscard]] Subscription observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
 
 private:
     void tick();
+    void show(int index);
 
     Scheduler& scheduler_;
     Sounds& sounds_;

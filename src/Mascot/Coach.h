@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <random>
+#include <string_view>
 
 namespace kippo {
 
@@ -39,21 +40,28 @@ public:
 
     void start();
     /// "Quiet for the rest of today".
-    static void muteForToday(Scheduler& scheduler, UserDefaults& defaults);
+    static void muteForToday(const Scheduler& scheduler, UserDefaults& defaults);
     /// No night message until six in the morning.
-    static void goodNight(Scheduler& scheduler, UserDefaults& defaults);
+    static void goodNight(const Scheduler& scheduler, UserDefaults& defaults);
 
     std::function<void(const MascotMessage&)> show;
 
 private:
     void askIfWorking();
     void tick();
+    void followActivity(std::optional<Seconds> idle, Date now);
+    void considerNight(std::optional<Seconds> idle, Date now);
+    void considerDay(Date now);
+    bool isMuted(std::string_view key, Date now) const;
+    int focusMinutes() const;
+    void say(const MascotMessage& message);
 
     const FocusStore& focus_;
     Ports ports_;
     std::optional<Date> activeSince_;
     Date lastNudge_;
     Date lastNightNudge_;
+    Uptime seenUptime_;
     Timer timer_;
     Timer launchQuestion_;
 };

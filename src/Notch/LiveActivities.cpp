@@ -1,18 +1,15 @@
 #include "Notch/LiveActivities.h"
 
+#include "Support/LocalTime.h"
 #include "Support/UserDefaults.h"
-
-#include <ctime>
 
 namespace kippo {
 
 namespace {
 
 bool isNight(Date now) {
-    const auto seconds = static_cast<std::time_t>(unixSeconds(now));
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return local.tm_hour == 23 || local.tm_hour < 5;
+    const int hour = localTime(now).hour;
+    return hour == 23 || hour < 5;
 }
 
 } // namespace

@@ -35,6 +35,12 @@ private:
     std::function<void()> cancel_;
 };
 
+/// How long the machine has been up, since some moment, by clocks that nobody sets.
+struct Uptime {
+    Seconds awake{0}; ///< stands still while the machine is suspended
+    Seconds total{0}; ///< does not
+};
+
 /// Tells the time and runs work later on the main queue. Abstract so that tests never wait; the real ones are
 /// QtScheduler in the application and PollScheduler in the terminal.
 class Scheduler {
@@ -42,6 +48,7 @@ public:
     virtual ~Scheduler() = default;
     /// The wall clock.
     virtual Date now() const = 0;
+    virtual Uptime uptime() const = 0;
     /// Runs `work` once after `delay`; dropping the returned handle cancels it.
     [[nodiscard]] virtual Timer after(Seconds delay, std::function<void()> work) = 0;
     /// Runs `work` every `interval`, first one interval from now; may be late by `tolerance` to share a wake-up.

@@ -4,7 +4,7 @@
 #include "Agents/UsageFiles.h"
 #include "Agents/UsageLine.h"
 #include "Fakes/PrivateHome.h"
-#include "Support/LocalDay.h"
+#include "Support/LocalTime.h"
 
 #include <bit>
 #include <ctime>

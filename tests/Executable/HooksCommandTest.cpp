@@ -3,7 +3,7 @@
 #include "App/Terminal/HooksCommand.h"
 #include "App/Terminal/HookFacts.h"
 #include "App/Terminal/UsageText.h"
-#include "Support/LocalDay.h"
+#include "Support/LocalTime.h"
 
 #include <gtest/gtest.h>
 

@@ -10,9 +10,10 @@ namespace kippo {
 /// A clock that moves only when the test says so, and runs what is due in order of its time, then of its scheduling.
 class FakeScheduler final : public Scheduler {
 public:
-    explicit FakeScheduler(Date start = dateFromUnix(1795226400)) : now_(start) {}
+    explicit FakeScheduler(Date start = dateFromUnix(1795226400)) : start_(start), now_(start) {}
 
     Date now() const override { return now_; }
+    Uptime uptime() const override { return {now_ - start_ - set_ - asleep_, now_ - start_ - set_}; }
 
     [[nodiscard]] Timer after(Seconds delay, std::function<void()> work) override {
         return add(delay, Seconds{0}, std::move(work));
@@ -37,6 +38,22 @@ public:
         now_ = end;
     }
 
+    /// The machine is suspended for `span`; work that came due meanwhile runs when it wakes, repeating work once.
+    void sleepFor(Seconds span) {
+        asleep_ += span;
+        now_ += span;
+        rekey([this](Date due, const Work& work) { return work.interval > Seconds{0} ? std::max(due, now_) : due; });
+        advance(Seconds{0});
+    }
+
+    /// Somebody sets the clock; work waits as long as it would have.
+    void setClock(Date now) {
+        const Seconds step = now - now_;
+        rekey([step](Date due, const Work&) { return due + step; });
+        set_ += step;
+        now_ = now;
+    }
+
     /// How many pieces of work are waiting.
     std::size_t pendingCount() const { return work_->size(); }
 
@@ -46,6 +63,14 @@ private:
         std::function<void()> run;
     };
     using Queue = std::map<std::pair<Date, unsigned>, Work>;
+
+    template <typename Due> void rekey(Due due) {
+        Queue moved;
+        for (auto& [key, work] : *work_) {
+            moved.emplace(std::pair{due(key.first, work), key.second}, std::move(work));
+        }
+        *work_ = std::move(moved);
+    }
 
     Timer add(Seconds delay, Seconds interval, std::function<void()> run) {
         const unsigned id = next_++;
@@ -57,7 +82,10 @@ private:
         }};
     }
 
+    Date start_;
     Date now_;
+    Seconds asleep_{0};
+    Seconds set_{0};
     unsigned next_ = 0;
     std::shared_ptr<Queue> work_ = std::make_shared<Queue>();
 };

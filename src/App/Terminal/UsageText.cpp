@@ -2,7 +2,7 @@
 
 #include "App/Terminal/HookFacts.h"
 #include "App/Terminal/JsonMembers.h"
-#include "Support/LocalDay.h"
+#include "Support/LocalTime.h"
 #include "Support/Text.h"
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 #include "Platform/Linux/PollScheduler.h"
 
+#include "Platform/Linux/Clocks.h"
+
 #include <algorithm>
 #include <cmath>
 #include <ctime>
@@ -35,6 +37,8 @@ nanoseconds sinceBoot() {
 PollScheduler::PollScheduler() : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 Date PollScheduler::now() const { return std::chrono::time_point_cast<Seconds>(std::chrono::system_clock::now()); }
+
+Uptime PollScheduler::uptime() const { return Clocks::uptime(); }
 
 Timer PollScheduler::after(Seconds delay, std::function<void()> work) {
     return add(delay, Seconds{0}, Seconds{0}, std::move(work));

@@ -23,6 +23,7 @@ public:
     PollScheduler();
 
     Date now() const override;
+    Uptime uptime() const override;
     [[nodiscard]] Timer after(Seconds delay, std::function<void()> work) override;
     [[nodiscard]] Timer every(Seconds interval, Seconds tolerance, std::function<void()> work) override;
 

@@ -1,5 +1,7 @@
 #include "Platform/Qt/QtScheduler.h"
 
+#include "Platform/Linux/Clocks.h"
+
 #include <QObject>
 #include <QTimer>
 #include <algorithm>
@@ -93,6 +95,8 @@ Timer schedule(Seconds interval, bool repeats, Qt::TimerType type, std::function
 } // namespace
 
 Date QtScheduler::now() const { return wallClock(); }
+
+Uptime QtScheduler::uptime() const { return Clocks::uptime(); }
 
 Timer QtScheduler::after(Seconds delay, std::function<void()> work) {
     return schedule(delay, false, Qt::PreciseTimer, std::move(work));

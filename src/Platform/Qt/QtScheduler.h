@@ -9,6 +9,7 @@ namespace kippo {
 class QtScheduler final : public Scheduler {
 public:
     Date now() const override;
+    Uptime uptime() const override;
     [[nodiscard]] Timer after(Seconds delay, std::function<void()> work) override;
     [[nodiscard]] Timer every(Seconds interval, Seconds tolerance, std::function<void()> work) override;
 };
