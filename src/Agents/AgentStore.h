@@ -206,6 +206,8 @@ private:
     bool isWorthAnAlert(const AgentSession& session, const AgentStatus& before, Date now) const;
     void readDefaults();
     void refreshProcessesUnlessRecent();
+    /// Whether a transcript left a call open of which a fresh process table would tell more.
+    bool hasOpenCall(Date now) const;
     /// As `refreshProcesses`, and once more after a scan that is under way: the table is known to have changed.
     void refreshProcessesAnew();
     void stop(std::vector<Pid> pids);

@@ -11,6 +11,11 @@ namespace {
 
 /// A session that has just turned up asks for its process at once, but not more often than this.
 constexpr Seconds processGap{2.0};
+/// News of a session this young may come before its transcript is found.
+constexpr Seconds newlyHeard{10.0};
+/// While a call stands open the processes are looked at more often, from and until so long after it began.
+constexpr Seconds openCallFrom{3.0};
+constexpr Seconds openCallUntil{9.0};
 
 /// Whether the agent's transcripts are among those that TranscriptWatcher follows.
 bool writesTranscripts(const HookState& hook) { return hook.agent != HookAgent::cursor; }
@@ -32,15 +37,19 @@ void AgentStore::pollTranscripts() {
         return;
     }
     pollingTranscripts_ = true;
+    const Date now = ports_.scheduler.now();
+    // The registry names a session, and what it asks, before the folders are walked again.
+    const bool newlyRegistered = std::ranges::any_of(registry_, [&](const RegistryEntry& entry) {
+        return !transcripts_.contains(entry.session) && entry.statusUpdatedAt > now - newlyHeard;
+    });
     const bool unknownSession = std::ranges::any_of(hookStates_, [this](const auto& entry) {
         return writesTranscripts(entry.second) && entry.second.status == AgentStatus::working() &&
                !transcripts_.contains(entry.first);
     });
     const auto poll = std::make_shared<Poll>();
-    const Date now = ports_.scheduler.now();
     ports_.work.run(
-        [readers = readers_, poll, now, unknownSession] {
-            if (unknownSession) {
+        [readers = readers_, poll, now, isNew = unknownSession || newlyRegistered] {
+            if (isNew) {
                 readers->transcripts.discoverSoon();
             }
             poll->states = readers->transcripts.poll(now);
@@ -62,6 +71,9 @@ void AgentStore::pollTranscripts() {
             registry_ = std::move(poll->registry);
             watchFiles(std::move(poll->files));
             merge();
+            if (hasOpenCall(ports_.scheduler.now())) {
+                refreshProcessesUnlessRecent();
+            }
             if (std::exchange(pollAgain_, false)) {
                 pollTranscripts();
             }
@@ -121,6 +133,13 @@ void AgentStore::refreshProcesses() {
 void AgentStore::refreshProcessesAnew() {
     scanAgain_ = scanningProcesses_;
     refreshProcesses();
+}
+
+bool AgentStore::hasOpenCall(Date now) const {
+    return std::ranges::any_of(transcripts_, [&](const auto& entry) {
+        const auto& call = entry.second.openCall;
+        return call && now > call->since + openCallFrom && processesAskedAt_ < call->since + openCallUntil;
+    });
 }
 
 void AgentStore::refreshProcessesUnlessRecent() {

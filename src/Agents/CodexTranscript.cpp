@@ -1,7 +1,9 @@
 // Codex's session files: one event a line. Two generations are read alike: the older wrote an event for each step
 // (user_message, exec_command_begin …), today's writes item_completed.
 
+#include "Agents/ApiError.h"
 #include "Agents/CodexDetail.h"
+#include "Agents/StatusNormalizer.h"
 #include "Agents/ToolCalls.h"
 #include "Agents/TranscriptWatcher.h"
 #include "Support/JsonSkim.h"
@@ -28,7 +30,7 @@ struct Item {
 struct Line {
     JsonText timestamp, kind;
     JsonText type, id, cwd, message, lastAgentMessage, name, arguments, input, callID, role, status, originator,
-        threadSource;
+        threadSource, approvalPolicy, reviewer;
     /// Members of several shapes, as they stand in the line.
     JsonText error, source, action, command, changes;
     std::vector<JsonText> texts; ///< of "content"
@@ -80,7 +82,7 @@ void readPayload(JsonSkim& json, Line& line) {
         std::string_view key;
         JsonText Line::* text;
     };
-    constexpr std::array<Member, 13> texts{{{"type", &Line::type},
+    constexpr std::array<Member, 15> texts{{{"type", &Line::type},
                                             {"id", &Line::id},
                                             {"cwd", &Line::cwd},
                                             {"message", &Line::message},
@@ -92,7 +94,9 @@ void readPayload(JsonSkim& json, Line& line) {
                                             {"role", &Line::role},
                                             {"status", &Line::status},
                                             {"originator", &Line::originator},
-                                            {"thread_source", &Line::threadSource}}};
+                                            {"thread_source", &Line::threadSource},
+                                            {"approval_policy", &Line::approvalPolicy},
+                                            {"approvals_reviewer", &Line::reviewer}}};
     constexpr std::array<Member, 5> values{{{"error", &Line::error},
                                             {"source", &Line::source},
                                             {"action", &Line::action},
@@ -143,7 +147,7 @@ std::optional<std::string> errorText(const JsonText& error) {
             }
         });
     }
-    return CodexDetail::shown(text ? text->decoded() : std::string{error.raw});
+    return apiErrorLine(text ? text->decoded() : std::string{error.raw});
 }
 
 /// The user's own words in a user message; nothing when Codex put it there itself.
@@ -191,6 +195,7 @@ private:
     void approval(std::string_view type);
     void finished(const JsonText& callID);
     void begin(ToolCalls::Call call);
+    void leaveOpen(const Line& line);
     void think();
     void wentOn();
     void setPhase(Phase::Case phase, bool pendingDone, std::string sentence = {});
@@ -201,6 +206,8 @@ private:
     Date time_; ///< of the line being read
     std::vector<JsonText> reply_;
     ToolCalls calls_;
+    JsonText openCallID_;
+    bool userApproves_ = true; ///< and not a policy or a reviewing agent
     bool any_ = false;
 };
 
@@ -213,6 +220,7 @@ void Reader::read(const Line& line) {
         meta(line);
     } else if (line.kind == "turn_context") {
         cwd_ = line.cwd.empty() ? cwd_ : line.cwd;
+        userApproves_ = line.approvalPolicy != "never" && (line.reviewer.empty() || line.reviewer == "user");
     } else if (line.kind == "event_msg") {
         event(line);
     } else if (line.kind == "response_item") {
@@ -244,6 +252,7 @@ void Reader::setPhase(Phase::Case phase, bool pendingDone, std::string sentence)
     state_.phase = {phase, std::move(sentence)};
     state_.phaseSince = time_;
     state_.pendingDone = pendingDone;
+    state_.openCall.reset();
 }
 
 /// Something shows that the turn goes on: a request for approval was answered.
@@ -292,7 +301,9 @@ void Reader::approval(std::string_view type) {
 
 void Reader::finished(const JsonText& callID) {
     calls_.finish(callID);
+    const auto open = callID.empty() || callID.raw == openCallID_.raw ? std::nullopt : state_.openCall;
     wentOn();
+    state_.openCall = open;
 }
 
 void Reader::begin(ToolCalls::Call call) {
@@ -314,7 +325,7 @@ bool Reader::turnEvent(const Line& line) {
         calls_.finishAll();
         setPhase(Phase::Case::interrupted, false);
     } else if (line.type == "error") {
-        state_.failure = CodexDetail::shown(line.message.decoded());
+        state_.failure = apiErrorLine(line.message.decoded());
         setPhase(Phase::Case::working, true);
     } else {
         return false;
@@ -426,6 +437,21 @@ void Reader::functionCall(const Line& line) {
         call.input = same ? last->input : JsonText{};
     }
     begin(call);
+    if (line.name == "request_user_input") {
+        setPhase(Phase::Case::needsYou, false, "Has a question for you");
+    }
+    leaveOpen(line);
+}
+
+/// The request for approval itself is not written down, only the call that makes it necessary.
+void Reader::leaveOpen(const Line& line) {
+    const std::string_view arguments = line.arguments.raw;
+    const bool escalates = arguments.contains("require_escalated") || arguments.contains("with_escalated_permissions");
+    if (userApproves_ && (escalates || line.name == "apply_patch")) {
+        state_.openCall = {.since = time_,
+                           .sentence = StatusNormalizer::approval(escalates ? "shell" : line.name.decoded())};
+        openCallID_ = line.callID;
+    }
 }
 
 void Reader::customCall(const Line& line) {
@@ -433,6 +459,7 @@ void Reader::customCall(const Line& line) {
            .name = line.name,
            .input = line.input,
            .detail = line.name == "apply_patch" ? CodexDetail::ofPatch : CodexDetail::ofText});
+    leaveOpen(line);
 }
 
 std::optional<State> Reader::finish() {

@@ -2,7 +2,8 @@
 // its id when its tool calls have returned, and patches. A patch that holds "messages" is the history as it now
 // stands: Gemini writes one when it starts, and when it takes an interrupted or failed turn back.
 
-#include "Agents/CodexDetail.h"
+#include "Agents/ApiError.h"
+#include "Agents/StatusNormalizer.h"
 #include "Agents/ToolCalls.h"
 #include "Agents/TranscriptWatcher.h"
 #include "Support/JsonSkim.h"
@@ -177,26 +178,6 @@ std::optional<std::string> workspaceFolder(std::string_view context) {
     return line.starts_with("- /") ? std::optional{Text::validUtf8(line.substr(2))} : std::nullopt;
 }
 
-/// The sentence in "[API Error: …]", where a JSON answer of the service may stand for it.
-std::optional<std::string> errorText(std::string text) {
-    constexpr std::string_view opening = "[API Error: ";
-    if (text.starts_with(opening) && text.ends_with(']')) {
-        text = text.substr(opening.size(), text.size() - opening.size() - 1);
-    }
-    std::optional<std::string> message;
-    JsonSkim json{text};
-    json.object([&](const JsonText& key) {
-        if (key == "error") {
-            json.object([&](const JsonText& inner) {
-                if (inner == "message") {
-                    message = textOf(json).decoded();
-                }
-            });
-        }
-    });
-    return CodexDetail::shown(message ? message : std::optional{text});
-}
-
 /// The user's own words; empty when the client made the message up.
 std::string request(const Content& content) {
     std::string words;
@@ -219,10 +200,10 @@ std::string request(const Content& content) {
 /// The state that the lines build up.
 class Reader {
 public:
-    Reader(std::string_view fallbackID, Date modified) {
+    Reader(std::string_view fallbackID, Date modified) : modified_(modified) {
         state_.agent = AgentKind::gemini;
         state_.session = fallbackID;
-        state_.lastActivity = modified;
+        state_.lastActivity = distantPast;
         state_.phaseSince = distantPast;
     }
 
@@ -242,6 +223,7 @@ private:
     void setPhase(Phase::Case phase, bool pendingDone);
 
     State state_;
+    Date modified_;
     bool hasHeader_ = false;
     Date time_; ///< of the line being read
     std::optional<JsonText> reply_;
@@ -315,6 +297,7 @@ void Reader::setPhase(Phase::Case phase, bool pendingDone) {
     state_.phaseSince = time_;
     state_.pendingDone = pendingDone;
     state_.failure.reset();
+    state_.openCall.reset();
 }
 
 void Reader::user(const Line& line) {
@@ -351,8 +334,9 @@ void Reader::gemini(const Line& line) {
     if (!line.calls.empty()) {
         toolCalls(line);
     } else {
-        // A reply without words can only be a call, which is written down once it has returned.
+        // A call is written down once it has returned. A reply without words can only be one; another may be.
         setPhase(Phase::Case::working, !silent);
+        state_.openCall = {.since = time_, .sentence = silent ? StatusNormalizer::approval({}) : std::string{}};
     }
 }
 
@@ -390,7 +374,7 @@ void Reader::error(const Line& line) {
     }
     calls_.finishAll();
     setPhase(Phase::Case::working, true);
-    state_.failure = errorText(line.content.texts.front().decoded());
+    state_.failure = apiErrorLine(line.content.texts.front().decoded());
 }
 
 void Reader::countTokens(const Line& line) {
@@ -408,6 +392,10 @@ void Reader::countTokens(const Line& line) {
 std::optional<State> Reader::finish() {
     if (!any_) {
         return std::nullopt;
+    }
+    // A file may change long after the session: the next one in its folder adds a title.
+    if (state_.lastActivity == distantPast) {
+        state_.lastActivity = modified_;
     }
     const std::string reply = reply_ ? Text::validUtf8(Text::trimmed(reply_->decoded())) : std::string{};
     state_.summary = TranscriptWatcher::summary(reply);

@@ -23,7 +23,8 @@ struct Facts {
     std::optional<std::string> customName;
     std::optional<Pid> pid;
     Presence presence = Presence::unknown;
-    double cpu = 0; ///< of the process tree, percent of one core
+    bool attended = false; ///< a person sits, or sat, at its terminal
+    double cpu = 0;        ///< of the process tree, percent of one core
 
     /// When anything was last heard of it, also what is no news.
     Date lastHeard() const;

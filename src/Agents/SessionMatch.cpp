@@ -1,7 +1,10 @@
 #include "Agents/SessionFacts.h"
 
+#include "Agents/CommandLine.h"
+
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace kippo::SessionMerge {
 
@@ -79,6 +82,13 @@ bool isInFolder(const Facts& facts, const std::string& folder) {
            (facts.transcript && facts.transcript->cwd == folder);
 }
 
+/// Gemini CLI answers one prompt and exits when it gets it by an option.
+bool staysAtTerminal(std::string_view command) {
+    return std::ranges::none_of(CommandLine::firstWords(command, 24), [](std::string_view word) {
+        return word == "-p" || word == "--prompt" || word.starts_with("--prompt=");
+    });
+}
+
 /// Matches processes to sessions. Holds the work lists of one merge.
 class Matcher {
 public:
@@ -98,6 +108,9 @@ public:
                 const ProcInfo& proc = input_.snapshot->procs.at(*facts.pid);
                 memory_.matched[id] = {proc.pid, proc.startTicks};
                 memory_.seenWithProcess.insert(id);
+                if (facts.kind == AgentKind::gemini && staysAtTerminal(proc.command)) {
+                    memory_.attended.insert(id);
+                }
             } else {
                 memory_.matched.erase(id);
             }
@@ -156,30 +169,42 @@ private:
     }
 
     void matchByFolder() {
-        std::vector<Facts*> waiting;
+        // Those heard of last, as many as there are processes; then whoever else fits.
+        std::vector<Facts*> first;
+        std::vector<Facts*> rest;
         for (auto& [id, facts] : named_) {
             if (!facts.pid && !ended(facts)) {
-                waiting.push_back(&facts);
+                const bool served =
+                    std::ranges::any_of(free_, [&](const auto& entry) { return isAmongLastHeard(facts, entry.first); });
+                (served ? first : rest).push_back(&facts);
             }
         }
-        std::ranges::stable_sort(waiting,
-                                 [](const Facts* a, const Facts* b) { return a->lastHeard() > b->lastHeard(); });
-        for (Facts* facts : waiting) {
-            std::optional<Pid> best;
-            double bestDistance = 0;
+        matchClosest(first);
+        matchClosest(rest);
+    }
+
+    /// Gives processes to `sessions`, the pair first whose beginnings lie closest together.
+    void matchClosest(const std::vector<Facts*>& sessions) {
+        struct Pair {
+            double distance;
+            Facts* facts;
+            Pid pid;
+        };
+        std::vector<Pair> pairs;
+        for (Facts* facts : sessions) {
             for (const auto& [pid, kind] : free_) {
-                if (!fits(*facts, pid)) {
-                    continue;
-                }
-                const Date start = startOf(input_.snapshot->procs.at(pid), input_);
-                const double distance = std::abs((facts->firstHeard() - start).count());
-                if (!best || distance < bestDistance) {
-                    best = pid;
-                    bestDistance = distance;
+                if (fits(*facts, pid)) {
+                    const Date start = startOf(input_.snapshot->procs.at(pid), input_);
+                    pairs.push_back({std::abs((facts->firstHeard() - start).count()), facts, pid});
                 }
             }
-            if (best) {
-                take(*facts, *best);
+        }
+        std::ranges::sort(pairs, {}, [](const Pair& pair) {
+            return std::tuple{pair.distance, pair.pid, std::string_view{pair.facts->id}};
+        });
+        for (const Pair& pair : pairs) {
+            if (!pair.facts->pid && free_.contains(pair.pid)) {
+                take(*pair.facts, pair.pid);
             }
         }
     }
@@ -238,6 +263,9 @@ Date Facts::lastHeard() const {
 }
 
 Date Facts::firstHeard() const {
+    if (transcript && transcript->startedAt) {
+        return *transcript->startedAt;
+    }
     if (hook) {
         return hook->firstHeard;
     }
@@ -261,6 +289,8 @@ std::vector<Facts> gather(const Input& input, Memory& memory) {
             }
         }
         facts.presence = presence(facts, input, memory);
+        facts.attended =
+            memory.attended.contains(facts.id) || (facts.transcript && facts.transcript->interactive.value_or(false));
         all.push_back(std::move(facts));
     }
     return all;

@@ -224,6 +224,7 @@ void forget(const Input& input, Memory& memory) {
     };
     std::erase_if(memory.foundGone, [&](const auto& entry) { return unknown(entry.first); });
     std::erase_if(memory.elsewhere, unknown);
+    std::erase_if(memory.attended, unknown);
     const auto ended = [&input](const ProcessKey& key) {
         const auto found = input.snapshot->procs.find(key.pid);
         return found == input.snapshot->procs.end() || found->second.startTicks != key.startTicks;

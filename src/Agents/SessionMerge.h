@@ -40,6 +40,8 @@ struct Input {
 struct Memory {
     std::map<std::string, ProcessKey> matched;
     std::set<std::string> seenWithProcess;
+    /// Sessions whose process was started to stay at a terminal, as far as its command line tells.
+    std::set<std::string> attended;
     /// Sessions that no process was found for, with the moment at which they had last been heard of.
     std::map<std::string, Date> foundGone;
     /// Sessions that went on after they were found gone: they run out of this process table's sight.

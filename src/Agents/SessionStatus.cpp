@@ -20,6 +20,10 @@ constexpr Seconds sameMoment{0.25};
 constexpr Seconds silence{600.0};
 /// A process tree below this is not busy, in percent of one core.
 constexpr double restingCpu = 4;
+/// A call that runs, or answers by itself, has shown it after this long.
+constexpr Seconds callPatience{3.0};
+/// By how much the start of a command may seem to lie before its call was written down.
+constexpr Seconds startJitter{0.3};
 
 /// The status that the hooks, or else the transcript, give alone; the others then overrule it.
 struct Claim {
@@ -85,15 +89,47 @@ bool asksTheUser(const HookState& hook) {
     return tool == "askuserquestion" || tool == "exitplanmode";
 }
 
-/// A child that was started after a request to run a command is that command, granted.
-bool childStartedSince(const Facts& facts, const Input& input, Date request) {
+/// A child that was started after `moment`, and not just now, is a command that runs.
+bool childStartedSince(const Facts& facts, const Input& input, Date moment) {
     if (!facts.pid) {
         return false;
     }
-    return std::ranges::any_of(ProcessScanner::descendants(*facts.pid, *input.snapshot), [&](const ProcInfo& child) {
-        // Hooks and status lines come and go; a command that matters is still there after a second.
-        return startOf(child, input) > request + Seconds{0.5} && child.uptime > 1.5 && !classify(child.command, {});
-    });
+    const auto startedBelow = [&](Pid root) {
+        return std::ranges::any_of(ProcessScanner::descendants(root, *input.snapshot), [&](const ProcInfo& child) {
+            // Hooks and status lines come and go; a command that matters is still there after a second.
+            return startOf(child, input) > moment && child.uptime > 1.5 && !classify(child.command, {});
+        });
+    };
+    if (startedBelow(*facts.pid)) {
+        return true;
+    }
+    // The first of Codex's terminals starts a server that runs the commands of all of them.
+    return facts.kind == AgentKind::codex && std::ranges::any_of(input.snapshot->procs, [&](const auto& entry) {
+               const std::string& command = entry.second.command;
+               return command.contains("codex app-server") && startedBelow(entry.first);
+           });
+}
+
+/// The transcript left a call open, and nothing shows that it runs [S17].
+bool standsAtQuestion(const Facts& facts, const Input& input) {
+    const auto& call = facts.transcript->openCall;
+    const bool headless =
+        facts.transcript->interactive == false || (facts.kind == AgentKind::gemini && !facts.attended);
+    if (!call || call->sentence.empty() || !facts.pid || headless || input.snapshotTime < call->since + callPatience ||
+        childStartedSince(facts, input, call->since - startJitter)) {
+        return false;
+    }
+    return facts.kind != AgentKind::gemini || facts.cpu < restingCpu;
+}
+
+/// What the process table makes of the transcript's word, where nothing else speaks.
+void overruleByProcesses(Claim& claim, const Facts& facts, const Input& input) {
+    const auto& call = facts.transcript->openCall;
+    if (claim.status.isWorking() && standsAtQuestion(facts, input)) {
+        claim = {.status = AgentStatus::needsYou(call->sentence), .asserted = call->since, .permission = true};
+    } else if (claim.status.isDone() && call && childStartedSince(facts, input, call->since - startJitter)) { // [S18]
+        claim = {.status = AgentStatus::working(), .asserted = call->since};
+    }
 }
 
 /// What the transcript makes of the hooks' word [S6 to S11].
@@ -115,7 +151,8 @@ void overruleByTranscript(Claim& claim, const Facts& facts) {
             follow();
         }
     } else if (claim.status.isWorking()) {
-        if (notOlder && (transcript.phase.value == Phase::done || transcript.failure)) {
+        const bool ended = transcript.phase.value == Phase::done && !transcript.openCall;
+        if (notOlder && (ended || transcript.failure)) {
             follow();
         }
     } else if (!claim.status.isNeedsYou() && newer && transcript.phase.value == Phase::working &&
@@ -190,15 +227,18 @@ Verdict judgePresent(const Facts& facts, const Input& input) {
         overruleByRegistry(claim, facts, input);
     } else if (claim.permission && facts.hook && facts.hook->activity &&
                facts.hook->activity->kind == AgentActivity::Kind::shell &&
-               childStartedSince(facts, input, claim.asserted)) { // [S9]
+               childStartedSince(facts, input, claim.asserted + Seconds{0.5})) { // [S9]
         claim = {.status = AgentStatus::working(), .asserted = claim.asserted};
+    }
+    const bool registryTells = facts.registry && facts.registry->status != Registry::unknown;
+    if (facts.transcript && !registryTells && !(facts.hook && facts.hook->status)) {
+        overruleByProcesses(claim, facts, input);
     }
     if (claim.status.isDone()) { // [S12]
         if (const auto text = question(facts)) {
             claim.status = AgentStatus::needsYou(*text);
         }
     }
-    const bool registryTells = facts.registry && facts.registry->status != Registry::unknown;
     const auto& activity = facts.hook && facts.hook->activity ? facts.hook->activity
                            : facts.transcript                 ? facts.transcript->activity
                                                               : std::nullopt;
@@ -209,8 +249,6 @@ Verdict judgePresent(const Facts& facts, const Input& input) {
     }
     return {.status = claim.status, .since = claim.asserted, .midTurn = claim.permission};
 }
-
-bool leftByAPerson(const Facts& facts) { return facts.transcript && facts.transcript->interactive.value_or(false); }
 
 Verdict judgeGone(const Facts& facts) {
     const HookState* hook = facts.hook && facts.hook->status ? facts.hook : nullptr;
@@ -228,8 +266,7 @@ Verdict judgeGone(const Facts& facts) {
     const bool asked = transcript && transcript->phase.value == Phase::needsYou && transcript->markerNeedsYou;
     if ((hook && hook->status->isDone()) || transcriptEnded || asked) { // [G1, G3]
         const auto text = question(facts);
-        return {.status = text && !leftByAPerson(facts) ? AgentStatus::needsYou(*text) : AgentStatus::done(),
-                .since = since};
+        return {.status = text && !facts.attended ? AgentStatus::needsYou(*text) : AgentStatus::done(), .since = since};
     }
     return {.status = AgentStatus::idle(), .since = since}; // [G4]
 }

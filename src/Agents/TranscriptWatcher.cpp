@@ -205,6 +205,11 @@ std::vector<TranscriptWatcher::State> TranscriptWatcher::poll(Date now) {
             continue;
         }
         if (watched.state) {
+            if (subagentWrites(*watched.state, path)) {
+                watched.state->phase = {};
+                watched.state->pendingDone = false;
+                watched.state->openCall.reset();
+            }
             settle(*watched.state, now);
             states.push_back(*watched.state);
         }
@@ -347,6 +352,21 @@ bool TranscriptWatcher::readTail(int file, const Watched& watched) {
         lines_.insert(lines_.begin(), cutPatch_);
     }
     return true;
+}
+
+bool TranscriptWatcher::subagentWrites(const State& state, const std::string& path) {
+    // Gemini CLI keeps the chats of sub-agents in a folder named after the session, and nothing else tells of them.
+    if (state.agent != AgentKind::gemini || !state.pendingDone || !state.openCall || state.session.contains('/')) {
+        return false;
+    }
+    const std::string folder = path.substr(0, path.rfind('/') + 1) + state.session;
+    bool writes = false;
+    forEachEntry(folder, [&](std::string_view name) {
+        struct stat info{};
+        writes = writes || (::stat((folder + "/" + std::string{name}).c_str(), &info) == 0 &&
+                            modified(info) > state.openCall->since);
+    });
+    return writes;
 }
 
 void TranscriptWatcher::completeGemini(State& state, const std::string& path, Watched& watched) {

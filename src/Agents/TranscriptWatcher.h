@@ -25,6 +25,14 @@ public:
             bool operator==(const Phase&) const = default;
         };
 
+        /// A call without a result that may be running, or may stand at a question to the user; only the process table
+        /// can tell which.
+        struct OpenCall {
+            Date since;
+            std::string sentence; ///< what to say while it waits; empty when it is not certain that there is a call
+            bool operator==(const OpenCall&) const = default;
+        };
+
         std::string session;
         AgentKind agent = AgentKind::claude;
         std::optional<std::string> cwd;
@@ -38,6 +46,7 @@ public:
         std::optional<std::int64_t> tokens;
         std::optional<std::string> prompt;
         std::optional<AgentActivity> activity;
+        std::optional<OpenCall> openCall;
         std::optional<std::string> entrypoint;
         /// When the session began, where the transcript says so (Codex, Gemini CLI).
         std::optional<Date> startedAt;
@@ -115,6 +124,8 @@ private:
     std::optional<State> read(const std::string& path, int file, Watched& watched);
     /// The whole lines of the file's end to `lines_`; false when it could not be read.
     bool readTail(int file, const Watched& watched);
+    /// Whether a sub-agent of this chat wrote anything since its last reply: the turn goes on.
+    static bool subagentWrites(const State& state, const std::string& path);
     /// The folder of a chat, and what earlier reads saw of it.
     static void completeGemini(State& state, const std::string& path, Watched& watched);
 

@@ -61,6 +61,8 @@ TEST(CodexTranscript, PhasesOfATurn) {
               "working"},
              {{waits, event("item_completed", R"("item":{"type":"FileChange","id":"beyond the tail"})")}, "working"},
              {{waits, event("turn_aborted")}, "interrupted"},
+             {{call("request_user_input", "{}")}, "Has a question for you"},
+             {{call("request_user_input", "{}"), output("c1")}, "working"},
              {{waits, event("task_complete")}, "working+"}}) {
         EXPECT_EQ(phaseName(parse(lines)), phase) << lines.back();
     }
@@ -140,6 +142,28 @@ TEST(CodexTranscript, CallsAreFinishedByTheirOwnOutput) {
     EXPECT_EQ(activityText({one, output("a"), call("write_stdin", R"({\"chars\":\"\"})", "b")}), "Running one");
 }
 
+// What may be waiting for the user, though the file never says so.
+TEST(CodexTranscript, LeavesCallsOpenThatNeedApproval) {
+    const auto escalated = call("exec_command", R"({\"cmd\":\"ls\",\"sandbox_permissions\":\"require_escalated\"})");
+    const auto context = [](const std::string& more) { return line("turn_context", R"({"cwd":"/x",)" + more + "}"); };
+    const std::string command = "Waiting for you to approve a command";
+    for (const auto& [lines, sentence] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+             {{escalated}, command},
+             {{context(R"("approval_policy":"on-request","approvals_reviewer":"user")"), escalated}, command},
+             {{context(R"("approval_policy":"never")"), escalated}, "none"},
+             {{context(R"("approvals_reviewer":"guardian")"), escalated}, "none"},
+             {{escalated, output("c2")}, command},
+             {{escalated, output("c1")}, "none"},
+             {{escalated, event("item_completed", R"("item":{"type":"CommandExecution","id":"c1"})")}, "none"},
+             {{escalated, event("turn_aborted")}, "none"},
+             {{call("exec_command", R"({\"cmd\":\"ls\"})")}, "none"},
+             {{response("custom_tool_call", R"("name":"apply_patch","input":"x","call_id":"c1")")},
+              "Waiting for you to approve a file change"}}) {
+        const auto open = parse(lines).openCall;
+        EXPECT_EQ(open ? open->sentence : "none", sentence) << lines.back();
+    }
+}
+
 TEST(CodexTranscript, MetaTellsWhoAndWhere) {
     const auto meta = [](const std::string& id, const std::string& more) {
         return line("session_meta", R"({"id":")" + id + R"(","cwd":"/home/dev/a",)" + more + "}");
@@ -174,6 +198,8 @@ TEST(CodexTranscript, Failures) {
     EXPECT_EQ(parse({event("task_complete", R"("error":{"message":"Usage limit\n reached"})")}).failure,
               "Usage limit reached");
     EXPECT_EQ(parse({event("task_complete", R"("error":"no network")")}).failure, "no network");
+    const std::string answer = R"("error":{"message":"{\"error\":{\"message\":\"No such model\",\"type\":\"x\"}}"})";
+    EXPECT_EQ(parse({event("task_complete", answer)}).failure, "No such model");
     EXPECT_FALSE(parse({event("task_complete", R"("error":null)")}).failure);
     EXPECT_FALSE(parse({event("error", R"("message":"no network")"), event("task_started")}).failure);
     EXPECT_EQ(phaseName(parse({event("error", R"("message":"no network")")})), "working+");

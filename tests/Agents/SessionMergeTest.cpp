@@ -149,6 +149,18 @@ Says registry(double when, RegistryEntry::Status status) {
 Says transcript(double when, Phase::Case phase, const std::string& sentence = {}) {
     return [=](World& w) { w.transcript(when, {phase, sentence}); };
 }
+/// A transcript of `kind` whose last line made a call that has no result, and its process at `cpu`.
+Says openCall(AgentKind kind, double when, const std::string& sentence, double cpu = 1, Phase::Case phase = working,
+              const std::string& options = "") {
+    return [=](World& w) {
+        w.root(10, -100, kind);
+        w.snapshot.procs[10].command += options;
+        w.snapshot.procs[10].cpu = cpu;
+        auto& state = w.transcript(when, {phase, {}});
+        state.agent = kind;
+        state.openCall = {.since = World::at(when), .sentence = sentence};
+    };
+}
 
 } // namespace
 
@@ -220,6 +232,29 @@ TEST(SessionMerge, TellsTheStatusFromAllWitnesses) {
           hook(5, "UserPromptSubmit"), hook(9, "Stop", reply("Done: used 3000"))},
          "done"},
         {"S14 interrupted", {transcript(1, Phase::Case::interrupted)}, "idle"},
+        {"S17 Codex waits", {openCall(AgentKind::codex, 20, "Approve?")}, "needsYou: Approve?"},
+        {"S17 too early to tell", {openCall(AgentKind::codex, 28, "Approve?")}, "working"},
+        {"S17 it runs", {openCall(AgentKind::codex, 20, "Approve?"), process(11, 20.1, "make", 10)}, "working"},
+        {"S17 it runs under the server that another Codex started",
+         {openCall(AgentKind::codex, 20, "Approve?"), process(50, -999, "/x/codex app-server --listen unix://"),
+          process(51, 21, "make", 50)},
+         "working"},
+        {"S17 not in a run without a terminal",
+         {openCall(AgentKind::codex, 20, "Approve?"), [](World& w) { w.transcripts["s"].interactive = false; }},
+         "working"},
+        {"S17 Gemini CLI rests", {openCall(AgentKind::gemini, 20, "Approve?")}, "needsYou: Approve?"},
+        {"S17 its wheel turns", {openCall(AgentKind::gemini, 20, "Approve?", 13)}, "working"},
+        {"S17 it answers one prompt and exits",
+         {openCall(AgentKind::gemini, 20, "Approve?", 1, working, " --yolo -p hi")},
+         "working"},
+        {"S17 hooks know better", {openCall(AgentKind::codex, 20, "Approve?"), hook(21, "PreToolUse")}, "working"},
+        {"S18 a command after the last word",
+         {openCall(AgentKind::gemini, 20, "", 1, Phase::Case::done), process(11, 20.4, "bash -c make", 10)},
+         "working"},
+        {"S18 and none", {openCall(AgentKind::gemini, 20, "", 13, Phase::Case::done)}, "done"},
+        {"S10 not while a call may be open",
+         {openCall(AgentKind::gemini, 20, "", 1, Phase::Case::done), hook(19.9, "BeforeTool", from("gemini"))},
+         "working"},
         {"S15 the registry alone", {root(), registry(1, Registry::waiting)}, "needsYou: Waiting for your approval"},
         {"headless: the registry says nothing", {root(), submitted, registry(1, Registry::unknown)}, "working"},
         {"L3, G4 killed at work",
@@ -309,6 +344,24 @@ TEST(SessionMerge, KeepsTwoSessionsInOneFolderApart) {
     w.hook(80, "SessionStart", codex, "third");
     w.hook(81, "UserPromptSubmit", codex, "third");
     EXPECT_EQ(pids(82), (std::map<std::string, Pid>{{"first", 0}, {"second", 20}, {"third", 10}}));
+}
+
+// Found long after they began: what they do now tells nothing of which is which, when they began does.
+TEST(SessionMerge, MatchesByTheBeginningThatATranscriptTells) {
+    World w;
+    w.root(10, -500, AgentKind::gemini);
+    w.root(20, -100, AgentKind::gemini);
+    for (const auto& [id, began, spoke] : {std::tuple{"first", -495, 3}, {"second", -98, 1}}) {
+        auto& state = w.transcript(spoke, {working, {}}, id);
+        state.agent = AgentKind::gemini;
+        state.startedAt = World::at(began);
+    }
+    const auto pid = [&w](const std::string& id, double when) {
+        const auto sessions = w.merge(when).sessions;
+        return std::ranges::find(sessions, id, &AgentSession::id)->rootPID;
+    };
+    EXPECT_EQ(pid("first", 6), 10);
+    EXPECT_EQ(pid("second", 6), 20);
 }
 
 TEST(SessionMerge, TiesByTheRegistryWhateverTheFolder) {

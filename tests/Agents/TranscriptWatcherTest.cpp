@@ -281,6 +281,18 @@ TEST_F(TranscriptWatcherTest, AGeminiChatBeyondTheTail) {
     state = watcher.poll(written).at(0);
     EXPECT_EQ(*state.prompt + " " + phaseName(state), "more working");
     EXPECT_EQ(state.startedAt, written - 60s);
+
+    // A reply after which a sub-agent writes has not ended the turn.
+    text =
+        message("go") + R"({"id":"r","timestamp":"2026-11-21T02:10:01Z","type":"gemini","content":"Looking."})" + "\n";
+    write(file, text);
+    EXPECT_EQ(phaseName(watcher.poll(written + 2s).at(0)), "working+");
+    home.age(folder + "chats/own/sub.jsonl", written + 3s);
+    EXPECT_EQ(phaseName(watcher.poll(written + 9s).at(0)), "done") << "another session's";
+    write(file, R"({"sessionId":"own","startTime":"2026-11-21T02:09:00Z"})"
+                "\n" +
+                    text);
+    EXPECT_EQ(phaseName(watcher.poll(written + 9s).at(0)), "working");
 }
 
 /// Every state that a poll could have seen while an agent wrote one of the captures.
