@@ -1,5 +1,6 @@
-// How long it takes to read the tail of a Claude Code transcript, and what a poll of quiet sessions costs. The
-// transcript is made up from the shapes of real lines by a seeded generator, so that every run reads the same bytes.
+// How long it takes to read the tail of a transcript of Claude Code and of Gemini CLI, and what a poll of quiet
+// sessions costs. The transcript is made up from the shapes of real lines by a seeded generator, so that every run
+// reads the same bytes.
 
 #include "Agents/TranscriptWatcher.h"
 
@@ -29,6 +30,15 @@ public:
         std::string text;
         while (text.size() < bytes) {
             turn(text);
+        }
+        return text;
+    }
+
+    /// The same of Gemini CLI's chats, in which every message with calls is written twice.
+    std::string chat(std::size_t bytes) {
+        std::string text;
+        while (text.size() < bytes) {
+            chatTurn(text);
         }
         return text;
     }
@@ -100,6 +110,36 @@ private:
         text += envelope("system", R"("subtype":"turn_duration","durationMs":478,"messageCount":8,)");
     }
 
+    std::string message(const std::string& type, const std::string& content, const std::string& more = "") {
+        char stamp[40];
+        std::snprintf(stamp, sizeof stamp, "2026-11-21T02:%02d:%02d.%03dZ", (clock_ / 60000) % 60, (clock_ / 1000) % 60,
+                      clock_ % 1000);
+        clock_ += 700;
+        return R"({"id":"a0057200-802b-4b45-bb84-76e7d15290f0","timestamp":")" + std::string{stamp} + R"(","type":")" +
+               type + R"(","content":)" + content + more + "}\n" + R"({"$set":{"lastUpdated":")" + stamp + "\"}}\n";
+    }
+
+    void chatTurn(std::string& text) {
+        const std::string tokens =
+            R"(,"thoughts":[],"tokens":{"input":6200,"output":42,"cached":5000,"thoughts":10,"tool":0,"total":6252},)"
+            R"("model":"gemini-2.5-pro")";
+        text += message("user", R"([{"text":")" + words(size(200)) + "\"}]");
+        const int calls = 2 + static_cast<int>(random_() % 8);
+        for (int call = 0; call < calls; ++call) {
+            const std::string id = "replace__" + std::to_string(++calls_), said = "\"" + words(size(250)) + "\"";
+            const std::string answer = R"([{"functionResponse":{"id":")" + id +
+                                       R"(","name":"replace","response":{"output":")" + words(size(1800)) + "\"}}}]";
+            text += message("gemini", said, tokens);
+            text += message("gemini", said,
+                            tokens + R"(,"toolCalls":[{"id":")" + id +
+                                R"(","name":"replace","args":{"file_path":"/home/dev/a.cpp","new_string":")" +
+                                words(size(600)) + R"("},"result":)" + answer +
+                                R"(,"status":"success","timestamp":"2026-11-21T02:00:00.000Z"}])");
+            text += message("user", answer);
+        }
+        text += message("gemini", "\"" + words(size(900)) + R"(\n\nDone: changed it")", tokens);
+    }
+
     std::mt19937 random_{20261121};
     int clock_ = 0;
     int calls_ = 0;
@@ -157,6 +197,10 @@ int main() {
     std::string tail = all.substr(all.size() - TranscriptWatcher::tailBytes);
     tail.erase(0, tail.find('\n') + 1);
 
+    std::string chat = Generator{}.chat(400000);
+    chat.erase(0, chat.size() - TranscriptWatcher::tailBytes);
+    chat.erase(0, chat.find('\n') + 1);
+
     std::string name = (std::filesystem::temp_directory_path() / "kippo-bench-XXXXXX").string();
     const std::filesystem::path home = ::mkdtemp(name.data());
     const auto project = home / ".claude/projects/-home-dev";
@@ -181,6 +225,11 @@ int main() {
                  document.Parse(line.data(), line.size());
                  expect(document.IsObject());
              }
+         }},
+        {"the tail of a Gemini CLI chat: this program",
+         [&] {
+             const auto lines = linesOf(chat);
+             expect(TranscriptWatcher::parseGemini(lines, "id", now)->summary == "changed it");
          }},
         {"first poll of 20 sessions of 400,000 bytes",
          [&] { expect(TranscriptWatcher{home.string()}.poll(now).size() == 20); }},
