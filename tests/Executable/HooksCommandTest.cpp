@@ -52,6 +52,7 @@ TEST(HookFacts, TheTableSaysWhatIsConnectedAndWhatIsProven) {
                  .connection = complete,
                  .error = {},
                  .executables = {"/usr/bin/kippo"},
+                 .missing = {},
                  .lastEvent = now - Seconds{190}};
     agents[1] = {.agent = HookAgent::codex,
                  .isPresent = true,
@@ -60,6 +61,7 @@ TEST(HookFacts, TheTableSaysWhatIsConnectedAndWhatIsProven) {
                  .connection = complete,
                  .error = {},
                  .executables = {"/gone/kippo"},
+                 .missing = "/gone/kippo",
                  .lastEvent = {}};
     agents[2] = {.agent = HookAgent::cursor,
                  .isPresent = false,
@@ -68,6 +70,7 @@ TEST(HookFacts, TheTableSaysWhatIsConnectedAndWhatIsProven) {
                  .connection = none,
                  .error = {},
                  .executables = {},
+                 .missing = {},
                  .lastEvent = {}};
     agents[3] = {.agent = HookAgent::gemini,
                  .isPresent = true,
@@ -76,6 +79,7 @@ TEST(HookFacts, TheTableSaysWhatIsConnectedAndWhatIsProven) {
                  .connection = unreadable,
                  .error = "It is \x1b[31mno JSON.",
                  .executables = {},
+                 .missing = {},
                  .lastEvent = {}};
     EXPECT_EQ(hookTable(agents, "/usr/bin/kippo", "/home/dev", now, {}),
               "AGENT         CONNECTED              PROVEN   LAST EVENT  SETTINGS\n"

@@ -1,7 +1,9 @@
 #include "App/Terminal/Commands.h"
 
 #include "App/Terminal/Arguments.h"
+#include "App/Terminal/DoctorCommand.h"
 #include "App/Terminal/HooksCommand.h"
+#include "App/Terminal/LeftoversCommand.h"
 #include "App/Terminal/Onlooker.h"
 #include "App/Terminal/Output.h"
 #include "App/Terminal/UsageCommand.h"
@@ -69,6 +71,17 @@ constexpr Command commands[] = {
      .usage = "  kippo usage            Claude Code's tokens and their cost: today, five hours, the week\n"
               "  kippo usage --json     the same as one JSON object\n",
      .run = usage},
+    {.name = "leftovers",
+     .options = "--json",
+     .takesWords = true,
+     .usage =
+         "  kippo leftovers        big folders that agents' work left behind; trash: see “kippo leftovers --help”\n",
+     .help = leftoversHelp,
+     .run = leftovers},
+    {.name = "doctor",
+     .options = "--json",
+     .usage = "  kippo doctor           look for whatever may keep Kippo from working, and say what to do\n",
+     .run = doctor},
 };
 
 /// The list in this terminal, or once where the output goes elsewhere; `why` says why there is no panel.

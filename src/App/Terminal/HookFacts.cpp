@@ -63,6 +63,10 @@ void readSettings(const HookBridge::SettingsHome& home, HookFacts& facts) {
     for (const auto& [event, list] : *commands) {
         for (const auto& command : list) {
             auto program = programOf(command);
+            // Of a bare name the shell finds the program.
+            if (program.contains('/') && access(program.c_str(), X_OK) != 0) {
+                facts.missing = program;
+            }
             if (std::ranges::find(facts.executables, program) == facts.executables.end()) {
                 facts.executables.push_back(std::move(program));
             }
@@ -86,8 +90,8 @@ TextTable::Cell connectionCell(const HookFacts& facts, std::string_view executab
     case Connection::complete:
         break;
     }
-    return facts.startsAnother(executable) ? TextTable::Cell{"● to another kippo", Tone::needsYou}
-                                           : TextTable::Cell{"● yes", Tone::done};
+    return !facts.another(executable).empty() ? TextTable::Cell{"● to another kippo", Tone::needsYou}
+                                              : TextTable::Cell{"● yes", Tone::done};
 }
 
 TextTable::Cell provenCell(const HookFacts& facts) {
@@ -111,12 +115,9 @@ std::string remark(const HookFacts& facts, std::string_view executable) {
     case Connection::complete:
         break;
     }
-    for (const auto& program : facts.executables) {
-        if (program != executable) {
-            return fmt::format("{} reports through {}{}. “kippo hooks install {}” makes it this one.", title(facts),
-                               program, access(program.c_str(), X_OK) == 0 ? "" : ", which is not there",
-                               rawValue(facts.agent));
-        }
+    if (const auto program = facts.another(executable); !program.empty()) {
+        return fmt::format("{} reports through {}{}. “kippo hooks install {}” makes it this one.", title(facts),
+                           program, program == facts.missing ? ", which is not there" : "", rawValue(facts.agent));
     }
     return {};
 }
@@ -137,8 +138,12 @@ std::string_view connectionName(Connection connection) {
 
 } // namespace
 
-bool HookFacts::startsAnother(std::string_view executable) const {
-    return std::ranges::any_of(executables, [&](const auto& one) { return one != executable; });
+std::string HookFacts::another(std::string_view executable) const {
+    if (!missing.empty() && missing != executable) {
+        return missing;
+    }
+    const auto found = std::ranges::find_if(executables, [&](const auto& one) { return one != executable; });
+    return found != executables.end() ? *found : std::string{};
 }
 
 std::vector<HookFacts> hookFacts(const HookBridge::SettingsHome& home, const std::map<HookAgent, Date>& lastEvents) {

@@ -28,10 +28,11 @@ struct HookFacts {
     Connection connection = Connection::none;
     std::string error;                    ///< of `unreadable`: the sentence for the user
     std::vector<std::string> executables; ///< what Kippo's entries start, each once
+    std::string missing;                  ///< one of them that is not there
     std::optional<Date> lastEvent;        ///< the proof that they work
 
-    /// Whether entries of Kippo start another program than `executable`.
-    bool startsAnother(std::string_view executable) const;
+    /// What entries of Kippo start in place of `executable`, one that is not there first; empty when nothing.
+    std::string another(std::string_view executable) const;
 };
 
 /// All agents, in listing order. `lastEvents` are the dates of what arrived.
