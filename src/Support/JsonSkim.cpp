@@ -7,7 +7,7 @@
 #include <cstddef>
 
 #ifdef __SSE2__
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 namespace kippo {
@@ -53,7 +53,7 @@ bool isSimplyEscaped(const char* backslash, const char* end) {
 }
 
 #ifdef __SSE2__
-/// Which of 16 bytes are what, one bit each.
+/// Which bytes of a block are what, one bit each.
 struct Block {
     unsigned quotes;
     unsigned backslashes;
@@ -76,40 +76,98 @@ struct Block {
         controls = bits(_mm_cmpeq_epi8(_mm_max_epu8(bytes, lastControl), lastControl));
         simpleEscapes = bits(simple);
     }
+    static constexpr unsigned width = 16;
 
-    /// Nothing but plain text and simple escapes, the last byte no backslash, and no backslash behind another. Source
-    /// text holds an escape in every second block, so they must not cost a mispredicted branch each.
-    bool isPlain() const {
-        const unsigned afterBackslash = backslashes << 1;
-        const unsigned odd =
-            (quotes & ~afterBackslash) | controls | (afterBackslash & ~simpleEscapes) | (afterBackslash & backslashes);
-        return odd == 0;
-    }
+protected:
+    Block() = default;
 };
+
+/// The same of 32 bytes, on processors that can.
+struct WideBlock : Block {
+    __attribute__((target("avx2"))) explicit WideBlock(const char* at) {
+        // A byte may follow a backslash when its lower half and its upper half have a bit in common here.
+        const __m256i lower =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 0, 13, 0, 8, 0, 4, 0, 0, 0, 0, 0, 2, 0, 4, 1));
+        const __m256i upper =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 0, 1, 0, 0, 2, 4, 8, 0, 0, 0, 0, 0, 0, 0, 0));
+        const __m256i half = _mm256_set1_epi8(0x0F);
+        const __m256i lastControl = _mm256_set1_epi8(0x1F);
+        const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+        const __m256i common =
+            _mm256_and_si256(_mm256_shuffle_epi8(lower, _mm256_and_si256(bytes, half)),
+                             _mm256_shuffle_epi8(upper, _mm256_and_si256(_mm256_srli_epi16(bytes, 4), half)));
+        const __m256i quote = _mm256_cmpeq_epi8(bytes, _mm256_set1_epi8('"'));
+        const __m256i backslash = _mm256_cmpeq_epi8(bytes, _mm256_set1_epi8('\\'));
+        const __m256i control = _mm256_cmpeq_epi8(_mm256_max_epu8(bytes, lastControl), lastControl);
+        const __m256i neither = _mm256_cmpeq_epi8(common, _mm256_setzero_si256());
+        quotes = static_cast<unsigned>(_mm256_movemask_epi8(quote));
+        backslashes = static_cast<unsigned>(_mm256_movemask_epi8(backslash));
+        controls = static_cast<unsigned>(_mm256_movemask_epi8(control));
+        simpleEscapes = ~static_cast<unsigned>(_mm256_movemask_epi8(neither));
+    }
+    static constexpr unsigned width = 32;
+};
+
+/// Stops where plain text and simple escapes end, or where less than a block is left; `at` says where.
+// Source text holds an escape in every second block, so they must not cost a mispredicted branch each.
+template <typename Blocks> [[gnu::always_inline]] inline bool pass(const char*& at, const char* end, bool& escaped) {
+    constexpr std::uint32_t oddPlaces = 0xAAAAAAAA;
+    constexpr auto all = static_cast<std::uint32_t>((std::uint64_t{1} << Blocks::width) - 1);
+    std::uint32_t fromBefore = 0; // the block's first byte follows a backslash
+    std::uint32_t anyBackslash = 0;
+    for (; end - at >= std::ptrdiff_t{Blocks::width}; at += Blocks::width) {
+        const Blocks block{at};
+        // Of a row of backslashes every second one is escaped: a subtraction carries that through the row.
+        const std::uint32_t open = block.backslashes & ~fromBefore;
+        const std::uint32_t rows = ((open << 1U | oddPlaces) - open) ^ oddPlaces;
+        const std::uint32_t follows = rows ^ (open | fromBefore);
+        const std::uint32_t wrong = follows & ~block.simpleEscapes & all;
+        const std::uint32_t stops = ((block.quotes | block.controls) & ~follows) | wrong;
+        if (stops != 0) {
+            const auto offset = static_cast<unsigned>(std::countr_zero(stops));
+            escaped = escaped || ((anyBackslash | (block.backslashes & ((1U << offset) - 1))) != 0);
+            at += offset;
+            at -= wrong >> offset & 1U; // of a wrong escape its backslash
+            return true;
+        }
+        fromBefore = (rows & block.backslashes) >> (Blocks::width - 1) & 1U;
+        anyBackslash |= block.backslashes;
+    }
+    at -= fromBefore;
+    escaped = escaped || anyBackslash != 0;
+    return false;
+}
+
+__attribute__((target("avx2"))) bool passWide(const char*& at, const char* end, bool& escaped) {
+    return pass<WideBlock>(at, end, escaped);
+}
+
+const bool hasWideRegisters = __builtin_cpu_supports("avx2") != 0;
+
+/// The offset of the first quote, backslash or control character among 16 bytes; 16 when there is none.
+int plainLength(const char* at) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const __m128i lastControl = _mm_set1_epi8(0x1F);
+    const __m128i special = _mm_or_si128(
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))),
+        _mm_cmpeq_epi8(_mm_max_epu8(bytes, lastControl), lastControl));
+    return std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(special)) | 1U << 16U);
+}
 #endif
 
 /// The first byte that a string's plain text and simple escapes do not explain: its closing quote, a `\u`, a control
 /// character or a wrong escape. Sets `escaped` when it passed an escape.
 const char* endOfPlain(const char* at, const char* end, bool& escaped) {
 #ifdef __SSE2__
-    while (end - at >= 16) {
-        const Block block{at};
-        if (block.isPlain()) {
-            escaped = escaped || block.backslashes != 0;
-            at += 16;
-            continue;
+    if (end - at >= 16) {
+        // Most strings are short and plain: keys, names and ids.
+        at += plainLength(at);
+        if (at != end && *at == '"') {
+            return at;
         }
-        std::ptrdiff_t step = 16;
-        for (unsigned hits = block.quotes | block.backslashes | block.controls; hits != 0;) {
-            const int offset = std::countr_zero(hits);
-            if (at[offset] != '\\' || !isSimplyEscaped(at + offset, end)) {
-                return at + offset;
-            }
-            escaped = true;
-            step = std::max<std::ptrdiff_t>(step, offset + 2);
-            hits &= ~(3U << offset);
-        }
-        at += step;
+    }
+    if ((hasWideRegisters && passWide(at, end, escaped)) || pass<Block>(at, end, escaped)) {
+        return at;
     }
 #endif
     while (at != end && *at != '"' && static_cast<unsigned char>(*at) >= 0x20) {
