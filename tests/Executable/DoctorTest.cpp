@@ -225,6 +225,24 @@ TEST_F(DoctorCommand, IsWellOnceAnAgentIsConnectedAndHasReported) {
     EXPECT_TRUE(ill.output.contains(R"({"id":"settings","state":"ill")")) << ill.output;
 }
 
+TEST_F(DoctorCommand, KnowsWhatCodexKeepsOfTrustedHooks) {
+    home.run("kippo hooks install codex");
+    const auto trust = [&] { return home.run("kippo doctor --json").output; };
+    EXPECT_TRUE(trust().contains(R"({"id":"trust.codex","state":"ill","sentence":"Codex was not told)")) << trust();
+    std::string config;
+    for (const auto& [place, identity] : CodexHooks::entries(home.read(".codex/hooks.json"))) {
+        home.write("identity", identity);
+        const auto sum = home.run("sha256sum <identity").output.substr(0, 64);
+        config +=
+            "[hooks.state.\"" + home.path(".codex/hooks.json") + place + "\"]\ntrusted_hash = \"sha256:" + sum + "\"\n";
+    }
+    home.write(".codex/config.toml", config);
+    EXPECT_TRUE(trust().contains(R"({"id":"trust.codex","state":"well")")) << trust();
+    config.replace(config.rfind("sha256:") + 7, 4, "ffff");
+    home.write(".codex/config.toml", config);
+    EXPECT_TRUE(trust().contains(R"("sentence":"Kippo's hooks are not the ones)")) << trust();
+}
+
 TEST_F(DoctorCommand, LeftoversAndUsageComeFromTheTranscripts) {
     EXPECT_TRUE(home.run("kippo usage").output.contains("web                 1.0M  $5.00  ~/web\n"))
         << home.run("kippo usage").output;
