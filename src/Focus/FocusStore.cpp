@@ -46,14 +46,14 @@ public:
         if (kind == Json::Kind::string && path[0].key == "phase") {
             phase = std::string{text};
         } else if (kind == Json::Kind::number) {
-            numbers.emplace_back(path[0].key, Json::toDouble(text).value_or(0));
+            numbers_.emplace_back(path[0].key, Json::toDouble(text).value_or(0));
         }
         return true;
     }
 
     std::optional<double> number(std::string_view key) const {
-        const auto found = std::ranges::find(numbers, key, &std::pair<std::string, double>::first);
-        return found == numbers.end() || !std::isfinite(found->second) ? std::nullopt : std::optional{found->second};
+        const auto found = std::ranges::find(numbers_, key, &std::pair<std::string, double>::first);
+        return found == numbers_.end() || !std::isfinite(found->second) ? std::nullopt : std::optional{found->second};
     }
     std::optional<int> count(std::string_view key) const {
         const auto found = number(key);
@@ -65,7 +65,7 @@ public:
     std::string phase;
 
 private:
-    std::vector<std::pair<std::string, double>> numbers;
+    std::vector<std::pair<std::string, double>> numbers_;
 };
 
 } // namespace

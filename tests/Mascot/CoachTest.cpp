@@ -13,7 +13,6 @@
 namespace kippo {
 
 using namespace std::chrono_literals;
-using testing::HasSubstr;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
