@@ -21,7 +21,7 @@ std::vector<std::string> agentSuggestions(const ProcessScanner::Snapshot& snapsh
                                           const AgentPreferences& preferences) {
     std::set<std::string> found;
     for (const auto& [pid, proc] : snapshot.procs) {
-        const std::string name = CommandLine::programName(proc.command);
+        const std::string name = CommandLine::launchedName(proc.command);
         if (std::ranges::find(knownAgents, name) != knownAgents.end() && !preferences.isWatched(name) &&
             !preferences.dismissedSuggestions().contains(name)) {
             found.insert(name);

@@ -233,6 +233,13 @@ Launch launch(std::string_view command) {
     return launch;
 }
 
+std::string launchedName(std::string_view command) {
+    const Launch launched = launch(command);
+    return launched.runner == Runner::interpreter && !launched.program.empty()
+               ? Text::lowered(Text::lastPathComponent(launched.program))
+               : programName(command);
+}
+
 std::optional<AgentKind> sessionOf(const Launch& launch) {
     const auto agent = agentOf(launch);
     return agent && !isHelper(*agent, launch.arguments) ? agent : std::nullopt;

@@ -34,6 +34,10 @@ struct Launch {
 };
 Launch launch(std::string_view command);
 
+/// The name of the program that a command line is about: the interpreter's script where one runs ("node /opt/bin/qwen"
+/// is "qwen"), else as `programName`. In small letters.
+std::string launchedName(std::string_view command);
+
 /// The agent whose own program, script or package `launch` runs as a session of its own; nothing for an agent's helpers
 /// (servers, daemons, set-up commands) and for every other program, whatever its arguments name.
 std::optional<AgentKind> sessionOf(const Launch& launch);

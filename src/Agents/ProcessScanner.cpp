@@ -25,6 +25,10 @@ struct Role {
 };
 using Roles = std::map<Pid, Role>;
 
+bool isWatched(const std::string& name, const std::vector<std::string>& watch) {
+    return std::ranges::any_of(watch, [&](const auto& watched) { return Text::lowered(watched) == name; });
+}
+
 Role roleOf(std::string_view command, const std::vector<std::string>& watch) {
     const auto kind = classify(command, watch);
     if (kind == AgentKind::custom) {
@@ -36,12 +40,10 @@ Role roleOf(std::string_view command, const std::vector<std::string>& watch) {
         return {};
     }
     Role role{.session = CommandLine::sessionOf(launch), .namesAgent = kind || CommandLine::runsAgent(launch)};
-    // The user watches a program whose arguments happen to name an agent.
-    if (kind && !CommandLine::runsAgent(launch)) {
-        const std::string name = CommandLine::programName(command);
-        if (std::ranges::any_of(watch, [&](const auto& watched) { return Text::lowered(watched) == name; })) {
-            role.session = AgentKind::custom;
-        }
+    // The user watches a program that is an interpreter's script, or one whose arguments happen to name an agent.
+    if (!CommandLine::runsAgent(launch) && (isWatched(CommandLine::launchedName(command), watch) ||
+                                            (kind && isWatched(CommandLine::programName(command), watch)))) {
+        role = {.session = AgentKind::custom, .namesAgent = true};
     }
     return role;
 }

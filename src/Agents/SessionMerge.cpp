@@ -1,6 +1,8 @@
 #include "Agents/SessionMerge.h"
 
+#include "Agents/CommandLine.h"
 #include "Agents/SessionFacts.h"
+#include "Support/Text.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -161,6 +163,14 @@ bool hasLeft(const AgentSession& session, const Facts& facts, Date now) {
     return false;
 }
 
+/// What the user calls a watched program: its name, or its script's under an interpreter.
+std::string customName(const ProcInfo& root) {
+    const auto launch = CommandLine::launch(root.command);
+    return launch.runner == CommandLine::Runner::interpreter && !launch.program.empty()
+               ? std::string{Text::lastPathComponent(launch.program)}
+               : root.executable();
+}
+
 /// An agent's process of which nothing else is known [R4, S16].
 AgentSession processRow(Pid pid, AgentKind kind, const Input& input, Memory& memory) {
     const ProcInfo& root = input.snapshot->procs.at(pid);
@@ -169,7 +179,7 @@ AgentSession processRow(Pid pid, AgentKind kind, const Input& input, Memory& mem
     session.id = fmt::format("pid-{}", pid);
     session.kind = input.snapshot->desktopRoots.contains(pid) ? AgentKind::claudeDesktop : kind;
     if (kind == AgentKind::custom) {
-        session.customName = root.executable();
+        session.customName = customName(root);
     }
     if (const auto found = input.snapshot->cwds.find(pid); found != input.snapshot->cwds.end()) {
         session.cwd = found->second;

@@ -245,7 +245,7 @@ TEST_F(AgentStoreTest, RemembersAcrossStarts) {
 }
 
 TEST_F(AgentStoreTest, TakesUpTheUsersChoicesAndKeepsThem) {
-    processes.table = {process(7, 1, 90, "/opt/bin/Goose session"), process(8, 1, 90, "/opt/bin/amp"),
+    processes.table = {process(7, 1, 90, "/opt/bin/Goose session"), process(8, 1, 90, "node /opt/bin/amp"),
                        process(9, 1, 90, "claude")};
     int told = 0;
     const auto names = [](const AgentStore& store) {
