@@ -7,6 +7,9 @@ namespace kippo {
 
 namespace {
 
+/// What Gemini CLI reports in place of a reply after a turn that failed.
+constexpr std::string_view noReply = "[no response text]";
+
 /// Whether the agents' name for a tool event says that the call has returned.
 bool reportsFinishedTool(std::string_view name) {
     return name.starts_with("Post") || name.starts_with("post") || name.starts_with("After") ||
@@ -53,6 +56,9 @@ void HookState::applyStatus(const HookBridge::Event& event, HookMeaning what) {
     }
     if (what == HookMeaning::permissionRequest) {
         approval = next->sentence;
+    } else if (event.kind == "ToolPermission" && activity && !activity->finished) {
+        // Gemini CLI's own words for it are its code's; the call that asks has just been told of.
+        approval = StatusNormalizer::approval(activity->tool);
     }
     wait = !next->isNeedsYou()                                             ? Wait::none
            : what == HookMeaning::stop || what == HookMeaning::stopFailure ? Wait::failure
@@ -81,7 +87,7 @@ void HookState::keepFacts(const HookBridge::Event& event, HookMeaning what) {
                                  .finished = reportsFinishedTool(event.name),
                                  .time = event.time};
     }
-    if (event.reply) {
+    if (event.reply && event.reply != noReply) {
         summary = TranscriptWatcher::summary(*event.reply);
         marker = TranscriptWatcher::needsYouMarker(*event.reply);
     }

@@ -112,6 +112,10 @@ public:
                     memory_.attended.insert(id);
                 }
             } else {
+                const auto earlier = memory_.matched.find(id);
+                if (ended(facts) && earlier != memory_.matched.end()) {
+                    memory_.leaving[earlier->second] = facts.hook->time;
+                }
                 memory_.matched.erase(id);
             }
         }

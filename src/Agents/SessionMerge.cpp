@@ -19,6 +19,8 @@ constexpr double busyFrom = 10;
 /// Below this it no longer does; between the two it stays what it was.
 constexpr double busyUntil = 4;
 
+/// A process that still runs this long after its session ended is no longer on its way out.
+constexpr Seconds leavingTakes{10};
 constexpr Seconds endedStays{300};
 constexpr Seconds finishedStays{1800};
 constexpr Seconds questionStays{7200};
@@ -241,11 +243,17 @@ void forget(const Input& input, Memory& memory) {
     };
     if (input.snapshot) {
         std::erase_if(memory.busy, ended);
+        std::erase_if(memory.leaving, [&](const auto& entry) { return ended(entry.first); });
         std::erase_if(memory.lastBusy, [&](const auto& entry) { return ended(entry.first); });
     }
 }
 
 } // namespace
+
+bool isLeaving(Pid pid, const Input& input, const Memory& memory) { // [R4]
+    const auto found = memory.leaving.find({pid, input.snapshot->procs.at(pid).startTicks});
+    return found != memory.leaving.end() && input.now < found->second + leavingTakes;
+}
 
 void sort(std::vector<AgentSession>& sessions) {
     const auto key = [](const AgentSession& session) {
@@ -273,7 +281,7 @@ Output merge(const Input& input, Memory& memory) {
     }
     if (input.snapshot) {
         for (const auto& [pid, kind] : input.snapshot->agentRoots) {
-            if (!claimed.contains(pid)) {
+            if (!claimed.contains(pid) && !isLeaving(pid, input, memory)) {
                 AgentSession session = processRow(pid, kind, input, memory);
                 if (!isTakenOff(session, input)) {
                     output.sessions.push_back(std::move(session));

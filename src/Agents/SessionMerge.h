@@ -42,6 +42,8 @@ struct Memory {
     std::set<std::string> seenWithProcess;
     /// Sessions whose process was started to stay at a terminal, as far as its command line tells.
     std::set<std::string> attended;
+    /// Processes whose session has reported its end, and when: they are on their way out.
+    std::map<ProcessKey, Date> leaving;
     /// Sessions that no process was found for, with the moment at which they had last been heard of.
     std::map<std::string, Date> foundGone;
     /// Sessions that went on after they were found gone: they run out of this process table's sight.

@@ -132,7 +132,7 @@ void overruleByProcesses(Claim& claim, const Facts& facts, const Input& input) {
     }
 }
 
-/// What the transcript makes of the hooks' word [S6 to S11].
+/// What the transcript makes of the hooks' word [S6 to S11, S19].
 void overruleByTranscript(Claim& claim, const Facts& facts) {
     const auto& transcript = *facts.transcript;
     const bool newer = transcript.phaseSince > claim.asserted + sameMoment;
@@ -155,9 +155,12 @@ void overruleByTranscript(Claim& claim, const Facts& facts) {
         if (notOlder && (ended || transcript.failure)) {
             follow();
         }
-    } else if (!claim.status.isNeedsYou() && newer && transcript.phase.value == Phase::working &&
-               !transcript.pendingDone) {
-        follow();
+    } else if (!claim.status.isNeedsYou()) {
+        const bool failed = claim.status.isDone() && transcript.failure && isOfSameTurn(*facts.hook, transcript);
+        const bool wentOn = newer && transcript.phase.value == Phase::working && !transcript.pendingDone;
+        if (failed || wentOn) {
+            follow();
+        }
     }
 }
 

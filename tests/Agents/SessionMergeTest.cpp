@@ -232,6 +232,15 @@ TEST(SessionMerge, TellsTheStatusFromAllWitnesses) {
           hook(5, "UserPromptSubmit"), hook(9, "Stop", reply("Done: used 3000"))},
          "done"},
         {"S14 interrupted", {transcript(1, Phase::Case::interrupted)}, "idle"},
+        {"S19 a failed turn ends like any other",
+         {root(AgentKind::gemini), hook(0, "BeforeAgent", from("gemini")),
+          [](World& w) { w.transcript(4, {working, {}}).failure = "Try later"; },
+          hook(4.1, "AfterAgent", from("gemini", reply("[no response text]")))},
+         "needsYou: Stopped: Try later"},
+        {"Gemini CLI asks in its own words",
+         {root(AgentKind::gemini), hook(0, "BeforeTool", from("gemini", tool("run_shell_command"))),
+          hook(1, "Notification", from("gemini", notification("ToolPermission", "Tool Confirm requires execution")))},
+         approveCommand},
         {"S17 Codex waits", {openCall(AgentKind::codex, 20, "Approve?")}, "needsYou: Approve?"},
         {"S17 too early to tell", {openCall(AgentKind::codex, 28, "Approve?")}, "working"},
         {"S17 it runs", {openCall(AgentKind::codex, 20, "Approve?"), process(11, 20.1, "make", 10)}, "working"},
@@ -362,6 +371,16 @@ TEST(SessionMerge, MatchesByTheBeginningThatATranscriptTells) {
     };
     EXPECT_EQ(pid("first", 6), 10);
     EXPECT_EQ(pid("second", 6), 20);
+}
+
+TEST(SessionMerge, LetsTheProcessOfAnEndedSessionLeave) {
+    World w;
+    w.root(10, -100);
+    w.hook(0, "UserPromptSubmit");
+    w.merge(1);
+    w.hook(2, "SessionEnd");
+    EXPECT_EQ(w.merge(3).sessions.size(), 1U);
+    EXPECT_EQ(w.merge(13).sessions.size(), 2U) << "it stayed: an agent without a session";
 }
 
 TEST(SessionMerge, TiesByTheRegistryWhateverTheFolder) {
