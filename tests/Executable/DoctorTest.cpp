@@ -39,7 +39,7 @@ DoctorFacts healthy() {
     }
     facts.codexTrust = DoctorFacts::CodexTrust::trusted;
     for (auto* file : {&facts.logFile, &facts.supportFolder, &facts.configFolder, &facts.settings}) {
-        *file = {.path = "/home/dev/.local/share/Kippo", .exists = true, .isWritable = true, .size = 5000};
+        *file = {.path = "/home/dev/.local/share/Kippo", .exists = true, .obstacle = {}, .size = 5000};
     }
     facts.log.events = 12;
     facts.display = ":0";
@@ -96,13 +96,13 @@ TEST(Doctor, FindsEachFaultAndSaysWhatToDo) {
              facts.agents[0].hooks.lastEvent.reset();
              facts.agents[0].settingsWritten = now - Seconds{280};
          }},
-        {"log", ill, [](auto& facts) { facts.logFile.isWritable = false; }},
+        {"log", ill, [](auto& facts) { facts.logFile.obstacle = "/home/dev"; }},
         {"log", ill, [](auto& facts) { facts.isDiskFull = true; }},
         {"log.lines", note, [](auto& facts) { facts.log.damaged = 2; }},
         {"clock", ill, [](auto& facts) { facts.log.fromTheFuture = 1; }},
         {"folder.data", ill, [](auto& facts) { facts.supportFolder.isPrivate = false; }},
         {"folder.data", ill, [](auto& facts) { facts.supportFolder.isOurs = false; }},
-        {"folder.settings", ill, [](auto& facts) { facts.configFolder.isWritable = false; }},
+        {"folder.settings", ill, [](auto& facts) { facts.configFolder.obstacle = "/home/dev"; }},
         {"settings", ill, [](auto& facts) { facts.areSettingsReadable = false; }},
         {"watching", ill, [](auto& facts) { facts.canWatchFiles = false; }},
         {"display", ill, [](auto& facts) { facts.displayAnswers = false; }},

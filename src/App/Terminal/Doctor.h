@@ -37,9 +37,9 @@ struct DoctorFacts {
     struct File {
         std::string path;
         bool exists = false;
-        bool isOurs = true;      ///< owned by this user
-        bool isPrivate = true;   ///< nobody else may read it
-        bool isWritable = false; ///< or could be made
+        bool isOurs = true;    ///< owned by this user
+        bool isPrivate = true; ///< nobody else may read it
+        std::string obstacle;  ///< what keeps it from being written or made: it, or the nearest folder that is there
         std::int64_t size = 0;
     };
 

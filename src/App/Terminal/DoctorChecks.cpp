@@ -213,35 +213,44 @@ Checks agentChecks(const DoctorFacts& facts) {
     return checks;
 }
 
+/// "1 event", "2 events".
+std::string counted(std::size_t count, std::string_view noun) {
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
+
 Checks logChecks(const DoctorFacts& facts) {
     const auto path = tilde(facts.logFile.path, facts.home);
     if (facts.isDiskFull) {
         return {
             {"log", State::ill, fmt::format("The disk of {} is full, so events are lost.", path), "Make room on it."}};
     }
-    if (!facts.logFile.isWritable) {
+    if (!facts.logFile.obstacle.empty()) {
         return {{"log", State::ill, fmt::format("Events cannot be written to {}.", path),
-                 "Make it yours to write: chmod u+w, or chown if a command run with sudo has made it."}};
+                 fmt::format("Make {} yours to write: chmod u+w, or chown if a command run with sudo has made it.",
+                             tilde(facts.logFile.obstacle, facts.home))}};
     }
     if (!facts.logFile.exists) {
         return {{"log", State::aside, fmt::format("There is no event log yet; the first event makes {}.", path), {}}};
     }
     const bool isLarge = facts.logFile.size > static_cast<std::int64_t>(EventLog::sizeLimit);
-    Checks checks{{"log",
-                   State::well,
-                   fmt::format("The event log {} can be written. It holds {} events, {}{}.", path, facts.log.events,
-                               Formatters::memory((facts.logFile.size + 1023) / 1024),
-                               isLarge ? "; the panel deletes it when it starts" : ""),
-                   {}}};
+    Checks checks{
+        {"log",
+         State::well,
+         fmt::format("The event log {} can be written. It holds {}, {}{}.", path, counted(facts.log.events, "event"),
+                     Formatters::memory((facts.logFile.size + 1023) / 1024),
+                     isLarge ? "; the panel deletes it when it starts" : ""),
+         {}}};
     if (facts.log.damaged > 0) {
-        checks.push_back({"log.lines",
-                          State::note,
-                          fmt::format("{} of its lines are no events and are skipped.", facts.log.damaged),
-                          {}});
+        checks.push_back(
+            {"log.lines",
+             State::note,
+             fmt::format("It also holds what is no event and is skipped: {}.", counted(facts.log.damaged, "line")),
+             {}});
     }
     if (facts.log.fromTheFuture > 0) {
         checks.push_back({"clock", State::ill,
-                          fmt::format("{} of its events are dated later than the clock says.", facts.log.fromTheFuture),
+                          fmt::format("The log holds {} dated later than the clock says.",
+                                      counted(facts.log.fromTheFuture, "event")),
                           fmt::format("See whether the clock is right. If it is now, delete {}.", path)});
     }
     return checks;
@@ -262,7 +271,7 @@ Checks folderCheck(std::string_view name, std::string_view what, const DoctorFac
         return {{key, State::ill, fmt::format("{} {} can be read by others.", what, path),
                  fmt::format("It holds what you ask your agents. Run: chmod 700 {}", path)}};
     }
-    if (!folder.isWritable) {
+    if (!folder.obstacle.empty()) {
         return {{key, State::ill, fmt::format("{} {} cannot be written.", what, path),
                  fmt::format("Run: chmod u+rwx {}", path)}};
     }

@@ -199,17 +199,17 @@ CodexTrust codexTrust(UserFiles& files, ProcessRunner& runner, const HookFacts& 
     return *now == trusted ? CodexTrust::trusted : CodexTrust::changed;
 }
 
-/// Whether the user could write `path`, or make it where it is not there yet.
-bool isWritable(const std::string& path, bool isFolder) {
-    if (faccessat(AT_FDCWD, path.c_str(), F_OK, AT_EACCESS) != 0) {
-        const auto parent = parentOf(path);
-        return !parent.empty() && isWritable(parent, true);
+/// What keeps the user from writing `path`, or from making it where it is not there yet; empty when nothing does.
+std::string obstacleTo(const std::string& path, bool isFolder) {
+    const auto parent = parentOf(path);
+    if (faccessat(AT_FDCWD, path.c_str(), F_OK, AT_EACCESS) != 0 && !parent.empty()) {
+        return obstacleTo(parent, true);
     }
-    return faccessat(AT_FDCWD, path.c_str(), isFolder ? W_OK | X_OK : W_OK, AT_EACCESS) == 0;
+    return faccessat(AT_FDCWD, path.c_str(), isFolder ? W_OK | X_OK : W_OK, AT_EACCESS) == 0 ? std::string{} : path;
 }
 
 DoctorFacts::File fileFacts(const std::string& path, bool isFolder) {
-    DoctorFacts::File file{.path = path, .isWritable = isWritable(path, isFolder)};
+    DoctorFacts::File file{.path = path, .obstacle = obstacleTo(path, isFolder)};
     struct stat state{};
     if (stat(path.c_str(), &state) == 0) {
         file.exists = true;

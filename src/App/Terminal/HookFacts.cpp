@@ -184,6 +184,9 @@ std::string programOf(std::string_view command) {
 }
 
 std::string tilde(std::string_view path, std::string_view home) {
+    if (path == home && !home.empty()) {
+        return "~";
+    }
     const bool isInside = !home.empty() && path.starts_with(home) && path.substr(home.size()).starts_with('/');
     return isInside ? "~" + std::string{path.substr(home.size())} : std::string{path};
 }
