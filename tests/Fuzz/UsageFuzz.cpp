@@ -19,7 +19,6 @@
 namespace {
 
 using kippo::JsonSkim;
-using kippo::JsonText;
 using kippo::UsageLine;
 
 void require(bool holds) {
