@@ -10,8 +10,21 @@ constexpr std::string_view endMarker = "<!-- kippo:end -->";
 constexpr std::string_view legacyStartMarker = "<!-- varde:start -->";
 constexpr std::string_view legacyEndMarker = "<!-- varde:end -->";
 
-std::string withoutBlocks(std::string_view text) {
-    return removingBlock(removingBlock(text, legacyStartMarker, legacyEndMarker), startMarker, endMarker);
+/// Without any block between these markers. A start marker that was never ended takes no text of the user's along.
+std::string without(std::string text, std::string_view start, std::string_view end) {
+    for (;;) {
+        const auto first = text.find(start);
+        const auto ended = first == std::string::npos ? first : text.find(end, first + start.size());
+        if (ended == std::string::npos) {
+            return text;
+        }
+        const auto from = text.rfind(start, ended);
+        text = text.substr(0, from) + removingBlock(std::string_view{text}.substr(from), start, end);
+    }
+}
+
+std::string withoutBlocks(std::string text) {
+    return without(without(std::move(text), legacyStartMarker, legacyEndMarker), startMarker, endMarker);
 }
 
 std::string withBlock(std::string text) {

@@ -148,4 +148,166 @@ TEST_F(HookInstallationTest, GivesTheOriginalBackByteForByte) {
     }
 }
 
+TEST_F(HookInstallationTest, TouchesNoEntryThatIsRight) {
+    for (const auto agent : allHookAgents) {
+        const auto once = installed(agent, allLists(agent, "[7]"));
+        files.written.clear();
+        EXPECT_TRUE(HookBridge::install(home, agent, executable));
+        HookBridge::repairIfNeeded(home, executable);
+        EXPECT_EQ(files.written, std::vector<std::string>{}) << "Codex would withdraw its trust";
+        const std::string moved = "/new/kippo";
+        EXPECT_FALSE(HookBridge::plannedInstall(home, agent, executable)->isNeeded());
+        HookBridge::repairIfNeeded(home, moved);
+        EXPECT_EQ(countOf("/new/kippo", agent), HookBridge::hookedEvents(agent).size());
+        EXPECT_EQ(file(agent).size(),
+                  once.size() - (executable.size() - moved.size()) * HookBridge::hookedEvents(agent).size());
+    }
+    const auto ours = HookBridge::hookCommand(HookAgent::codex, executable);
+    const std::string right = R"({ "hooks" : [ {"timeout": 5.0, "command": ")" + ours +
+                              R"(", "type": "command", "statusMessage": "x"}, {"command": "mine"} ] })";
+    installed(HookAgent::codex, "{\n\"hooks\":{\"Stop\":[1," + right + ",2]}}");
+    EXPECT_THAT(file(HookAgent::codex), HasSubstr("{\"Stop\":[1," + right + ",2],\n"));
+    uninstalled(HookAgent::codex);
+}
+
+TEST_F(HookInstallationTest, ReplacesWrongOldAndDoubledEntriesInTheirPlace) {
+    const std::string wrong = R"({"hooks":[{"type":"command","command":"'/old/kippo' --kippo-hook","timeout":5}]})";
+    const std::string legacy = R"({"matcher":"*","hooks":[{"command":"'/Varde' --varde-hook"}]})";
+    const std::string mixed = R"({"hooks":[{"command":"a"}, {"command":"/k --kippo-hook"},{"command":"b --kippo"}]})";
+    installed(HookAgent::claude, "{\n\"hooks\":{\"Stop\":[\"x\"," + wrong + ", " + legacy + ",{\"command\":\"y\"}," +
+                                     wrong + "]\n,\"PreToolUse\":[" + mixed + "],\"SubagentStop\":[1," + wrong + "]}}");
+    const auto& text = file(HookAgent::claude);
+    EXPECT_THAT(text, HasSubstr("\"Stop\":[\"x\",{\"hooks\": [{\"type\": \"command\", \"command\": "
+                                "\"'/opt/kippo/bin/kippo' --kippo-hook --agent claude\", \"timeout\": 5}]},{\"command\""
+                                ":\"y\"}]\n,"));
+    EXPECT_THAT(text,
+                HasSubstr(R"("PreToolUse":[{"hooks":[{"command":"a"},{"command":"b --kippo"}]}, {"matcher": "*")"));
+    EXPECT_THAT(text, HasSubstr("\"SubagentStop\":[1],"));
+    EXPECT_TRUE(HookBridge::isInstalled(home, HookAgent::claude));
+
+    // An entry counts by its command alone.
+    const std::string texts = R"({"hooks":[{"prompt":"--kippo-hook","command":["--kippo-hook"]}],"x":"--kippo-hook"})";
+    files.files = {{home.settingsFile(HookAgent::claude), "{\n\"hooks\": {\"Stop\": [" + texts + "]}}"}};
+    EXPECT_FALSE(HookBridge::plannedUninstall(home, HookAgent::claude)->isNeeded());
+    EXPECT_TRUE(HookBridge::ourCommands(home, HookAgent::claude)->empty());
+    installed(HookAgent::claude, R"({"hooks": {"Stop": [)" + legacy + "]}}");
+    EXPECT_EQ(uninstalled(HookAgent::claude), "{\n  \"hooks\": {\n    \"Stop\": []\n  }\n}")
+        << "an original with entries of Kippo does not come back";
+}
+
+TEST_F(HookInstallationTest, UninstallTakesItsOwnListsAndLeavesTheUsers) {
+    for (const auto agent : allHookAgents) {
+        const std::string added = agent == HookAgent::cursor ? ",\n  \"version\": 1,\n  \"hooks\": {}" : "";
+        files.files.clear();
+        EXPECT_TRUE(HookBridge::install(home, agent, executable));
+        EXPECT_EQ(uninstalled(agent), added.empty() ? "{}\n" : "{" + added.substr(1) + "\n}\n");
+        // What the user changed in the meantime stays, and what was empty before stays too.
+        const auto event = std::string{HookBridge::hookedEvents(agent).front()};
+        for (const std::string before :
+             {"{\n  \"a\": 1\n}", "{\n  \"a\": 1,\n  \"hooks\": {\n    \"EVENT\": []\n  }\n}"}) {
+            auto original = before;
+            if (const auto at = original.find("EVENT"); at != std::string::npos) {
+                original.replace(at, 5, event);
+            }
+            installed(agent, original);
+            const auto one = file(agent).find(" 1");
+            file(agent).replace(one, 2, " 22");
+            original.replace(original.find(" 1"), 2, " 22");
+            if (!added.empty()) {
+                original.insert(original.rfind('\n'),
+                                before.contains("hooks") ? added.substr(0, added.rfind(',')) : added);
+            }
+            EXPECT_EQ(uninstalled(agent), original);
+        }
+    }
+}
+
+TEST_F(HookInstallationTest, LeavesAloneWhatItCannotEdit) {
+    for (const std::string damage :
+         {"",
+          " \n",
+          "[]",
+          "null",
+          "\"{}\"",
+          "{\"a\": 1,}",
+          "{\"a\": [1,]}",
+          "// x\n{}",
+          "{\"a\": 1 /* x */}",
+          "\xEF\xBB\xBF{}",
+          "{} {}",
+          "{\"a\": \"\xFF\"}",
+          "{\"a\": 01}",
+          "{\"a\": .5}",
+          "{'a': 1}",
+          "{\"a\": \"\t\"}",
+          "{\"a\": NaN}",
+          "{\"hooks\": []}",
+          "{\"hooks\": null}",
+          "{\"hooks\": {\"Stop\": {}}}",
+          "{\"hooks\": {\"Stop\": null}}",
+          "{\"hooks\": {}, \"hooks\": {}}",
+          "{\"a\": 1, \"\\u0061\": 1}",
+          "{\"hooks\": {\"x\": 1, \"x\": 2}}",
+          "{\"hooks\": {\"Stop\": [{\"hooks\": [{\"command\": \"a\", \"command\": \"--kippo-hook\"}]}]}}",
+          "{\"a\": 1",
+          "\xFF\xFE{\0}\0"}) {
+        files.files = {{home.settingsFile(HookAgent::claude), damage}};
+        const auto outcome = HookBridge::install(home, HookAgent::claude, executable);
+        ASSERT_FALSE(outcome) << damage;
+        EXPECT_EQ(outcome.error().description(),
+                  ".claude/settings.json isn't valid JSON, so Kippo left it alone. Fix it and try again.");
+        EXPECT_FALSE(HookBridge::uninstall(home, HookAgent::claude));
+        EXPECT_FALSE(HookBridge::ourCommands(home, HookAgent::claude));
+        HookBridge::repairIfNeeded(home, executable);
+        EXPECT_EQ(files.written, std::vector<std::string>{}) << damage;
+    }
+    // Twins far from the hooks, and hooks that are no lists and no events of ours, are the user's business.
+    const std::string odd = "{\n\"env\": {\"a\": 1, \"a\": 2}, \"hooks\": {\"enabled\": true}}";
+    installed(HookAgent::gemini, odd);
+    EXPECT_EQ(uninstalled(HookAgent::gemini), odd);
+    files.files.clear();
+    EXPECT_TRUE(HookBridge::uninstall(home, HookAgent::codex));
+    EXPECT_TRUE(files.files.empty());
+}
+
+TEST_F(HookInstallationTest, BacksUpOnceAndTellsWhatFails) {
+    const auto path = home.settingsFile(HookAgent::codex);
+    installed(HookAgent::codex, "{\"first\": 1}");
+    EXPECT_EQ(files.files[path + ".kippo-backup"], "{\"first\": 1}");
+    files.files[path] = "{\"second\": 2}";
+    EXPECT_TRUE(HookBridge::install(home, HookAgent::codex, executable));
+    EXPECT_EQ(files.files[path + ".kippo-backup"], "{\"first\": 1}");
+
+    for (const auto& failing : {path + ".kippo-backup", path}) {
+        files.files = {{path, "{}"}};
+        files.full = {failing};
+        const auto outcome = HookBridge::install(home, HookAgent::codex, executable);
+        EXPECT_EQ(outcome.error(),
+                  (InstallError{InstallError::Case::cannotWrite, ".codex/hooks.json", "No space left on device"}));
+        EXPECT_EQ(files.files[path], "{}");
+    }
+    files.unreadable = {path};
+    EXPECT_EQ(HookBridge::install(home, HookAgent::codex, executable).error().description(),
+              ".codex/hooks.json can't be read, so Kippo left it alone: Permission denied.");
+}
+
+TEST_F(HookInstallationTest, ThePromptSaysWhatAnAssistantHasToDo) {
+    for (const auto agent : allHookAgents) {
+        const auto prompt = HookBridge::setupPrompt(home, agent, executable);
+        EXPECT_THAT(prompt, HasSubstr(home.settingsFile(agent)));
+        EXPECT_THAT(
+            prompt,
+            HasSubstr("Merge the entries below into its top-level \"hooks\" object. Append Kippo's entry to each "
+                      "event's list; keep every existing hook and setting exactly as it is. If an entry whose "
+                      "command contains \"--kippo-hook\" is already there, replace it instead of adding a second "
+                      "one."));
+        EXPECT_THAT(prompt, HasSubstr("3. Make sure the file is still valid JSON, then show me the diff."));
+        // Its block, taken as the file, is an install.
+        const auto from = prompt.find("```json\n") + 8;
+        files.files = {{home.settingsFile(agent), prompt.substr(from, prompt.find("\n```", from) - from)}};
+        EXPECT_FALSE(HookBridge::plannedInstall(home, agent, executable)->isNeeded());
+        EXPECT_FALSE(HookBridge::afterConnecting(agent).empty());
+    }
+}
+
 } // namespace kippo

@@ -17,8 +17,9 @@ namespace kippo {
 /// on, or by their whole path.
 class PrivateHome {
 public:
-    PrivateHome() {
-        std::string pattern = std::filesystem::canonical(std::filesystem::temp_directory_path()) / "kippo-home-XXXXXX";
+    PrivateHome() : PrivateHome(std::filesystem::temp_directory_path()) {}
+    explicit PrivateHome(const std::filesystem::path& within) {
+        std::string pattern = std::filesystem::canonical(within) / "kippo-home-XXXXXX";
         path_ = mkdtemp(pattern.data());
     }
     ~PrivateHome() { std::filesystem::remove_all(path_); }

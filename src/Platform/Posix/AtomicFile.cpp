@@ -82,10 +82,10 @@ public:
         do {
             path_ = name + std::string(randomCharacters, 'X');
             file_ = Descriptor{mkostemp(path_.data(), O_CLOEXEC)};
-        } while (file_ && !isHeld());
+        } while (file_ && isLost());
     }
     ~Temporary() {
-        if (file_) {
+        if (file_ && !path_.empty()) {
             unlink(path_.c_str());
         }
     }
@@ -101,14 +101,17 @@ public:
         if (rename(path_.c_str(), destination.c_str()) != 0) {
             return false;
         }
-        finish();
+        path_.clear();
+        flushFolder();
         return true;
     }
     /// Becomes `destination`, which must not be there.
     bool become(const std::string& destination) {
         if (link(path_.c_str(), destination.c_str()) == 0) {
-            unlink(path_.c_str());
-            finish();
+            if (unlink(path_.c_str()) == 0) {
+                path_.clear();
+            }
+            flushFolder();
             return true;
         }
         // Some file systems know no second names.
@@ -122,20 +125,20 @@ public:
     }
 
 private:
-    bool isHeld() const {
+    /// Somebody else is removing it, or has done so.
+    bool isLost() const {
         struct stat file{};
-        return (flock(file_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) && fstat(file_.get(), &file) == 0 &&
-               file.st_nlink > 0;
+        return (flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) ||
+               (fstat(file_.get(), &file) == 0 && file.st_nlink == 0);
     }
 
-    void finish() {
+    void flushFolder() const {
         const Descriptor folder{open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
         static_cast<void>(fsync(folder.get())); // some file systems cannot; the file itself is there
-        file_ = {};
     }
 
     std::string folder_;
-    std::string path_;
+    std::string path_; ///< empty once it bears another name
     Descriptor file_;
 };
 
