@@ -10,7 +10,6 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
-#include <fuzzer/FuzzedDataProvider.h>
 
 namespace kippo {
 
@@ -20,21 +19,40 @@ using Texts = std::vector<std::string_view>;
 
 const std::string command = HookBridge::hookCommand(HookAgent::claude, "/opt/it's/kippo");
 
+/// The input as a row of choices; the first ones when it has come to its end.
+class Choices {
+public:
+    explicit Choices(std::string_view bytes) : bytes_(bytes) {}
+
+    /// 0 to `count - 1`.
+    std::size_t oneOf(std::size_t count) {
+        const std::size_t byte = bytes_.empty() ? 0U : static_cast<unsigned char>(bytes_.front());
+        bytes_.remove_prefix(bytes_.empty() ? 0 : 1);
+        return byte % count;
+    }
+    std::string take(std::size_t most) {
+        const auto taken = bytes_.substr(0, most);
+        bytes_.remove_prefix(taken.size());
+        return std::string{taken};
+    }
+
+private:
+    std::string_view bytes_;
+};
+
 /// Settings made of what settings are made of, in an order that the input decides.
 class Sentence {
 public:
-    Sentence(FuzzedDataProvider& input, HookAgent agent) : input_(input), agent_(agent) {}
+    Sentence(Choices& input, HookAgent agent) : input_(input), agent_(agent) {}
 
     std::string settings() { return gap() + object(0) + gap(); }
 
 private:
-    std::string pick(const Texts& texts) {
-        return std::string{texts[input_.ConsumeIntegralInRange<std::size_t>(0, texts.size() - 1)]};
-    }
+    std::string pick(const Texts& texts) { return std::string{texts[input_.oneOf(texts.size())]}; }
     std::string gap() { return pick({"", "", " ", "\n", "\n    ", "\r\n\t", "\t", "\r", "\n\n  "}); }
 
     std::string name(int depth) {
-        if (depth == 1 && input_.ConsumeBool()) {
+        if (depth == 1 && input_.oneOf(2) == 1) {
             const auto events = HookBridge::hookedEvents(agent_);
             return "\"" + pick({events.begin(), events.end()}) + "\"";
         }
@@ -42,8 +60,8 @@ private:
                      "\"h\\u006foks\"", "\"\"", "\"é\\/\"", "\"name\"", "\"x\""});
     }
     std::string scalar() {
-        if (input_.ConsumeIntegralInRange(0, 9) == 0) {
-            return input_.ConsumeRandomLengthString(8);
+        if (input_.oneOf(10) == 9) {
+            return input_.take(input_.oneOf(8));
         }
         return pick({"1e3", "12345678901234567890", "1E+400", "-0.0", "5", "5000", "true", "null", "\"\"", "\"*\"",
                      "\"command\"", "\"kippo\"", "\"\\ud83d\\u0000\\\"\"", "\"k --kippo-hook\"", "\"--varde-hook\"",
@@ -51,21 +69,21 @@ private:
     }
     std::string object(int depth) {
         std::string text = "{" + gap();
-        for (auto left = input_.ConsumeIntegralInRange(0, 4); left > 0; --left) {
+        for (auto left = input_.oneOf(5); left > 0; --left) {
             text += name(depth) + gap() + ":" + gap() + value(depth + 1) + gap() + (left > 1 ? "," + gap() : "");
         }
         return text + "}";
     }
     std::string list(int depth) {
         std::string text = "[" + gap();
-        for (auto left = input_.ConsumeIntegralInRange(0, 3); left > 0; --left) {
+        for (auto left = input_.oneOf(4); left > 0; --left) {
             text += value(depth + 1) + gap() + (left > 1 ? "," + gap() : "");
         }
         return text + "]";
     }
     std::string value(int depth) {
         // Mostly the shape that hooks have: objects and lists by turns.
-        switch (depth < 8 ? input_.ConsumeIntegralInRange(0, 5) : 0) {
+        switch (depth < 8 ? input_.oneOf(6) : 0) {
         case 0:
         case 1:
             return scalar();
@@ -76,7 +94,7 @@ private:
         }
     }
 
-    FuzzedDataProvider& input_;
+    Choices& input_;
     HookAgent agent_;
 };
 
@@ -148,8 +166,8 @@ void check(const std::string& text, HookAgent agent) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kippo;
-    FuzzedDataProvider input{data, size};
-    const auto agent = allHookAgents[input.ConsumeIntegralInRange<std::size_t>(0, allHookAgents.size() - 1)];
-    check(input.ConsumeBool() ? Sentence{input, agent}.settings() : input.ConsumeRemainingBytesAsString(), agent);
+    Choices input{{reinterpret_cast<const char*>(data), size}};
+    const auto agent = allHookAgents[input.oneOf(allHookAgents.size())];
+    check(input.oneOf(2) == 1 ? Sentence{input, agent}.settings() : input.take(size), agent);
     return 0;
 }
