@@ -46,7 +46,8 @@ std::string setupPrompt(const SettingsHome& home, HookAgent agent, std::string_v
 std::string_view afterConnecting(HookAgent agent) {
     switch (agent) {
     case HookAgent::claude:
-        return "Sessions of Claude Code that are already open report here once they are restarted.";
+        return "Claude Code picks the hooks up by itself, also in sessions that are already open. If one stays silent, "
+               "restart it.";
     case HookAgent::codex:
         return "Codex asks you to review new hooks once, at its next start or under /hooks, and runs none of them "
                "before you have trusted them. Sessions that are already open have to be restarted.";
