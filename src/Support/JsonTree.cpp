@@ -19,9 +19,9 @@ public:
 
     Node node(std::string_view value, std::optional<JsonText> key, std::size_t depth) {
         Node node;
-        node.begin = offset(value.data());
+        node.begin = offset(value);
         node.end = node.begin + value.size();
-        node.start = key ? offset(key->raw.data()) - 1 : node.begin;
+        node.start = key ? offset(key->raw) - 1 : node.begin;
         node.key = key ? key->decoded() : std::string{};
         node.kind = kindOf(value);
         if (node.kind == Kind::object || node.kind == Kind::array) {
@@ -35,7 +35,7 @@ public:
     }
 
 private:
-    std::size_t offset(const char* at) const { return static_cast<std::size_t>(at - text_.data()); }
+    std::size_t offset(std::string_view part) const { return static_cast<std::size_t>(part.data() - text_.data()); }
 
     static Kind kindOf(std::string_view value) {
         switch (value.front()) {

@@ -11,7 +11,6 @@ namespace kippo {
 
 using HookBridge::InstallError;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 

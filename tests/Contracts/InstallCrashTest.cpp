@@ -111,7 +111,7 @@ struct InstallCrashTest : testing::TestWithParam<std::tuple<HookAgent, bool>> {
         std::filesystem::create_symlink("../dotfiles/" + std::filesystem::path{file}.filename().string(),
                                         folder.path(file));
         if (!installs) {
-            HookBridge::install({files, folder.path()}, agent, executable);
+            EXPECT_TRUE(HookBridge::install({files, folder.path()}, agent, executable));
         }
     }
     void check(const PrivateHome& folder, const std::string& before, const std::string& after) {
