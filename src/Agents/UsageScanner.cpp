@@ -247,7 +247,7 @@ struct UsageScanner::State {
 
     std::string root;
     std::atomic<bool> cancelled = false;
-    std::map<std::string, Progress, std::less<>> files;
+    std::unordered_map<std::string, Progress> files; ///< by path
     Keys seen;
     Names names;
     std::deque<Entry> entries; ///< of the week; a deque never needs twice its memory to grow
@@ -354,12 +354,19 @@ UsageScanner::Report UsageScanner::State::summarize(const std::array<Date, 7>& d
     std::vector<bool> hasSession(names.size());
     std::vector<bool> hasProject(names.size());
     std::vector<bool> seenProject(names.size());
+    std::size_t day = days.size() - 1;
+    std::uint32_t project = Entry::none;
     for (const auto& entry : entries) {
-        // A record from the future, of a clock that was set back since, is today's.
-        const auto day = std::ranges::upper_bound(days, entry.date) - days.begin() - 1;
-        report.week[static_cast<std::size_t>(std::max<std::ptrdiff_t>(day, 0))].add(entry);
-        if (entry.cwd != Entry::none) {
-            seenProject[entry.cwd] = true;
+        // Most entries are of the day and the folder of the one before. A record from the future, of a clock that was
+        // set back since, is today's.
+        for (; day > 0 && entry.date < days[day]; --day) {
+        }
+        for (; day + 1 < days.size() && entry.date >= days[day + 1]; ++day) {
+        }
+        report.week[day].add(entry);
+        if (entry.cwd != project && entry.cwd != Entry::none) {
+            project = entry.cwd;
+            seenProject[project] = true;
         }
         if (entry.date >= now - fiveHours) {
             report.fiveHours.add(entry);
