@@ -82,7 +82,7 @@ struct Hooks {
 
 /// Into a pipe byte for byte, so that `patch` takes it; on a terminal harmless and in colours.
 std::string diffText(const HookBridge::Change& change, const Style& style) {
-    const auto diff = unifiedDiff(change.before, change.after, change.existed ? change.file : "/dev/null", change.file);
+    auto diff = unifiedDiff(change.before, change.after, change.existed ? change.file : "/dev/null", change.file);
     if (!style.colour) {
         return diff;
     }

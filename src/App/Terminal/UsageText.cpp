@@ -11,6 +11,7 @@
 #include <ctime>
 #include <fmt/format.h>
 #include <map>
+#include <tuple>
 #include <vector>
 
 namespace kippo::Terminal {
@@ -51,8 +52,9 @@ std::string bar(double part, double whole) {
 /// The most expensive first; the order of equal ones does not change from call to call.
 std::vector<Named> sorted(const std::map<std::string, Totals>& totals) {
     std::vector<Named> result{totals.begin(), totals.end()};
-    std::ranges::stable_sort(result, [](const Named& one, const Named& other) {
-        return std::pair{one.second.cost, one.second.tokens} > std::pair{other.second.cost, other.second.tokens};
+    std::ranges::sort(result, [](const Named& one, const Named& other) {
+        return std::tuple{other.second.cost, other.second.tokens, one.first} <
+               std::tuple{one.second.cost, one.second.tokens, other.first};
     });
     return result;
 }
