@@ -127,7 +127,8 @@ struct ProcInfo {
     std::uint64_t startTicks = 0;
     /// Its parent has ended and the system, or the user's session, took it over.
     bool adopted = false;
-    /// The system or the user's service manager runs it as a service, so nobody left it behind.
+    /// A service manager runs it as a service, the desktop as an application, or a container as its own, so nobody left
+    /// it behind.
     bool isService = false;
 
     /// The last path component of the command's first word.

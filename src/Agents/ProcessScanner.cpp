@@ -89,7 +89,8 @@ bool startsWithAny(std::string_view text, std::initializer_list<std::string_view
 /// Folders whose programs belong to applications and to the system.
 bool isInSystemFolder(std::string_view path) {
     return startsWithAny(path, {"/Applications", "/System", "/Library", "/usr/libexec", "/usr/lib/", "/usr/lib32/",
-                                "/usr/lib64/", "/usr/sbin/", "/lib/", "/lib64/", "/sbin/", "/snap/"});
+                                "/usr/lib64/", "/usr/sbin/", "/lib/", "/lib64/", "/sbin/", "/snap/", "/var/lib/snapd/",
+                                "/var/lib/flatpak/"});
 }
 
 /// A package manager's or server's own script in a system folder ("node /usr/bin/npx …") runs the user's project.
@@ -115,17 +116,44 @@ bool belongsToSystem(std::string_view command) {
            !runsUserProject(launch.program);
 }
 
-/// Its server gives itself to the system from the start and goes on by design.
-bool isMultiplexer(std::string_view command) {
-    constexpr std::array<std::string_view, 7> names{"tmux",  "tmux:",  "screen",     "zellij",
-                                                    "dtach", "abduco", "mosh-server"};
-    return std::ranges::find(names, CommandLine::programName(command)) != names.end();
+/// Gives itself to the system from the start and goes on by design: a terminal multiplexer, a supervisor of other
+/// programs, the far side of an editor.
+bool isDaemon(std::string_view command) {
+    constexpr std::array<std::string_view, 7> multiplexers{"tmux",  "tmux:",  "screen",     "zellij",
+                                                           "dtach", "abduco", "mosh-server"};
+    constexpr std::array<std::string_view, 3> scripts{"supervisord", "circusd", "server-main.js"};
+    return std::ranges::find(multiplexers, CommandLine::programName(command)) != multiplexers.end() ||
+           std::ranges::find(scripts, Text::lastPathComponent(CommandLine::launch(command).program)) != scripts.end();
+}
+
+/// What a command says of the program itself: not the files, folders and addresses that it was given. An editor that
+/// was started with "~/src/mcp-server" is no tool server.
+std::string ownWords(std::string_view command) {
+    constexpr std::array<std::string_view, 4> runners{"java", "dotnet", "docker", "podman"};
+    constexpr std::size_t wordsLookedAt = 256;
+    if (CommandLine::launch(command).runner != CommandLine::Runner::none ||
+        std::ranges::find(runners, CommandLine::programName(command)) != runners.end()) {
+        return std::string{command};
+    }
+    std::string words;
+    for (const std::string_view word : CommandLine::firstWords(command, wordsLookedAt)) {
+        if (words.empty() || word.starts_with('-')) {
+            words.append(word).append(" ");
+        }
+    }
+    return words;
+}
+
+/// A development server or tool by what it is, not by what it works on.
+bool isToolItself(const ProcInfo& proc) {
+    return proc.isDevTool() && (Text::lowered(proc.command).contains("chrome for testing") ||
+                                ProcInfo{.command = ownWords(proc.command)}.isDevTool());
 }
 
 bool isDetached(const ProcInfo& proc, const Snapshot& snapshot, const Roles& roles) {
     return (proc.adopted || proc.ppid == 1) && !proc.isService && proc.uptime > leftBehindAfter &&
-           !roles.at(proc.pid).namesAgent && proc.isDevTool() && !belongsToSystem(proc.command) &&
-           !isMultiplexer(proc.command) && !hasSessionAbove(proc, snapshot, roles);
+           !roles.at(proc.pid).namesAgent && isToolItself(proc) && !belongsToSystem(proc.command) &&
+           !isDaemon(proc.command) && !hasSessionAbove(proc, snapshot, roles);
 }
 
 /// Judges every process: roots, those inside the desktop application, and those left behind.
@@ -210,12 +238,14 @@ std::vector<ProcInfo> descendants(Pid pid, const Snapshot& snapshot) {
 }
 
 bool terminate(ProcessLister& lister, Pid pid, const Snapshot* snapshot) {
-    if (snapshot) {
-        for (const auto& proc : descendants(pid, *snapshot) | std::views::reverse) {
-            lister.terminate(proc.pid);
-        }
+    if (!snapshot) {
+        return lister.terminate(pid, 0);
     }
-    return lister.terminate(pid);
+    for (const auto& proc : descendants(pid, *snapshot) | std::views::reverse) {
+        lister.terminate(proc.pid, proc.startTicks);
+    }
+    const auto proc = snapshot->procs.find(pid);
+    return lister.terminate(pid, proc == snapshot->procs.end() ? 0 : proc->second.startTicks);
 }
 
 bool isSession(std::string_view command) { return roleOf(command, {}).session.has_value(); }

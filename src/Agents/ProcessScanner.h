@@ -25,8 +25,9 @@ public:
     virtual std::map<Pid, std::vector<int>> listeningPorts(std::span<const Pid> wanted) = 0;
     /// Working folders; pids whose folder cannot be read are left out.
     virtual std::map<Pid, std::string> workingDirectories(std::span<const Pid> wanted) = 0;
-    /// Asks a process to end (SIGTERM); false when the signal could not be sent.
-    virtual bool terminate(Pid pid) = 0;
+    /// Asks a process to end (SIGTERM). False when the signal could not be sent, and when the pid has passed to another
+    /// process than the one that began at `startTicks` (of its row; 0 is any).
+    virtual bool terminate(Pid pid, std::uint64_t startTicks) = 0;
 };
 
 /// Finds the running agents and the development tools that were left running in one snapshot of the process table.
@@ -49,8 +50,8 @@ Snapshot snapshot(ProcessLister& lister, const std::vector<std::string>& watch);
 /// Every process below `pid`, depth first, the last child first; pids not in the table are skipped.
 std::vector<ProcInfo> descendants(Pid pid, const Snapshot& snapshot);
 
-/// Asks `pid` to end (SIGTERM, never more); with a snapshot its descendants first, deepest first. False when the signal
-/// to `pid` failed.
+/// Asks `pid` to end (SIGTERM, never more); with a snapshot its descendants first, deepest first, and none that is not
+/// the process of the snapshot any more. False when the signal to `pid` failed.
 bool terminate(ProcessLister& lister, Pid pid, const Snapshot* snapshot);
 
 /// Whether a command runs a session of an agent: the agent's own program, or its script or package under an interpreter

@@ -139,12 +139,18 @@ TEST_F(ProcessScannerTest, WhatWasLeftBehind) {
          {"firefox", "/Applications/Foo/node x", "/usr/libexec/node x", "/usr/lib/chromium/chromium --headless",
           "/snap/bin/node x", "/usr/bin/python3 /usr/bin/networkd-dispatcher",
           "python3 -u /usr/share/system-config-printer/applet.py", "/bin/sh /usr/lib/tool/mcp.sh",
-          "tmux new -s x npx playwright test", "node /home/dev/bin/codex mcp-server", "node /home/dev/bin/codex"}) {
+          "tmux new -s x npx playwright test", "node /home/dev/bin/codex mcp-server", "node /home/dev/bin/codex",
+          "/usr/share/code/code --unity-launch /home/dev/mcp-server", "gvim mcp.md", "firefox https://playwright.dev",
+          "python3 /home/dev/.local/bin/supervisord -n", "/var/lib/snapd/snap/x/node y",
+          "/home/dev/.vscode-server/bin/1/node /home/dev/.vscode-server/bin/1/out/server-main.js --port=0"}) {
         EXPECT_FALSE(isLeft(proc(40, 1, command))) << command;
     }
     for (const char* command : {"/usr/bin/python3 -m http.server 8000", "node /usr/bin/npx vite",
                                 "node /usr/share/nodejs/npm/bin/npm-cli.js run dev", "/usr/local/bin/node server.js",
-                                "/opt/google/chrome/chrome --headless --remote-debugging-port=1"}) {
+                                "/opt/google/chrome/chrome --headless --remote-debugging-port=1", "uvx mcp-server-git",
+                                "java -jar mcp-server.jar", "/home/dev/bin/github-mcp --stdio",
+                                "/opt/google/chrome/chrome --user-data-dir=/tmp/playwright_profile about:blank",
+                                "/home/dev/chrome/Google Chrome for Testing"}) {
         EXPECT_TRUE(isLeft(proc(40, 1, command))) << command;
     }
     // In a container an agent may be process 1; its servers are at work.
@@ -180,6 +186,12 @@ TEST_F(ProcessScannerTest, StopsATreeFromItsLeaves) {
     EXPECT_THAT(pids(ProcessScanner::descendants(10, found)), ElementsAre(12, 11, 13));
     EXPECT_TRUE(ProcessScanner::terminate(lister, 10, &found));
     EXPECT_THAT(lister.terminated, ElementsAre(13, 11, 12, 10));
+    lister.terminated.clear();
+    // By the time of the click another process has the pid.
+    lister.table[0].startTicks = 7;
+    const auto former = ProcessScanner::snapshot(lister, {});
+    lister.table[0].startTicks = 8;
+    EXPECT_FALSE(ProcessScanner::terminate(lister, 10, &former));
     lister.terminated.clear();
     EXPECT_FALSE(ProcessScanner::terminate(lister, 77, nullptr));
     EXPECT_THAT(lister.terminated, ElementsAre(77));

@@ -197,15 +197,20 @@ TEST_P(ProcessListerContract, TellsPortsAndFoldersOfWhomItIsAskedFor) {
 }
 
 TEST_P(ProcessListerContract, EndsAProcessPolitely) {
-    lister->processes();
-    EXPECT_TRUE(lister->terminate(subject.pid()));
-    EXPECT_FALSE(lister->terminate(2147480000));
+    const auto listed = lister->processes();
+    const auto startTicks = find(listed, subject.pid())->startTicks;
+    if (startTicks != 0) {
+        EXPECT_FALSE(lister->terminate(subject.pid(), startTicks + 1)) << "another process had that pid";
+        EXPECT_TRUE(find(lister->processes(), subject.pid()));
+    }
+    EXPECT_TRUE(lister->terminate(subject.pid(), startTicks));
+    EXPECT_FALSE(lister->terminate(2147480000, 0));
     if (std::string_view{GetParam()} != "fake") {
         const int status = subject.end();
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-        EXPECT_FALSE(lister->terminate(subject.pid()));
-        EXPECT_FALSE(lister->terminate(0));
-        EXPECT_FALSE(lister->terminate(-1));
+        EXPECT_FALSE(lister->terminate(subject.pid(), startTicks));
+        EXPECT_FALSE(lister->terminate(0, 0));
+        EXPECT_FALSE(lister->terminate(-1, 0));
         const auto rows = lister->processes();
         EXPECT_FALSE(find(rows, subject.pid()));
     }
@@ -367,6 +372,26 @@ TEST(ProcProcessLister, NamesTheUnit) {
              {"0::", ""}}) {
         EXPECT_EQ(ProcProcessLister::unitOf(cgroup), unit) << cgroup;
     }
+}
+
+TEST(ProcProcessLister, TellsWhatWasStartedToBeOnItsOwn) {
+    // A service, also with helpers of its own; a shell's child in a terminal that is one; the desktop's applications.
+    for (const auto& [unit, session, own] :
+         std::vector<std::tuple<std::string_view, Pid, bool>>{{"dev-server.service", 1, true},
+                                                              {"cron.service", 1, true},
+                                                              {"app-konsole@1.service", 42, true},
+                                                              {"app-konsole@1.service", 1, false},
+                                                              {"ssh.service", 1, false},
+                                                              {"app-gnome-code-42.scope", 1, true},
+                                                              {"app-gnome-kitty-7.scope", 1, false},
+                                                              {"vte-spawn-1-42.scope", 42, false},
+                                                              {"session-42.scope", 42, false},
+                                                              {"", 42, false}}) {
+        EXPECT_EQ(ProcProcessLister::isUnitsOwn(unit, 42, session), own) << unit;
+    }
+    EXPECT_TRUE(ProcProcessLister::isContained("Name:\tnode\nNSpid:\t25400\t2\nNSpgid:\t1\t1\n"));
+    EXPECT_FALSE(ProcProcessLister::isContained("Name:\tnode\nNSpid:\t25400\nNSpgid:\t1\t1\n"));
+    EXPECT_FALSE(ProcProcessLister::isContained("Name:\tnode\n"));
 }
 
 TEST(ListeningSockets, KernelAndTableAgree) {

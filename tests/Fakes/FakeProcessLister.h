@@ -21,9 +21,11 @@ public:
     }
     std::map<Pid, std::vector<int>> listeningPorts(std::span<const Pid> wanted) override { return only(ports, wanted); }
     std::map<Pid, std::string> workingDirectories(std::span<const Pid> wanted) override { return only(cwds, wanted); }
-    bool terminate(Pid pid) override {
+    bool terminate(Pid pid, std::uint64_t startTicks) override {
         terminated.push_back(pid);
-        return std::ranges::any_of(table, [pid](const ProcInfo& proc) { return proc.pid == pid; });
+        return std::ranges::any_of(table, [=](const ProcInfo& proc) {
+            return proc.pid == pid && (startTicks == 0 || proc.startTicks == startTicks);
+        });
     }
 
 private:

@@ -15,6 +15,7 @@
 #include <memory>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace kippo {
@@ -305,18 +306,18 @@ void ProcProcessLister::placeUnderManager(int folder, const ProcStat& stat, Proc
     if (!proc.isDevTool()) {
         return; // it is never shown as left behind, so its unit need not be read
     }
-    const auto cgroup = ProcFile::read(folder, pathOf(stat.pid, "/cgroup").data(), 8192).value_or(std::string{});
-    const auto unit = unitOf(cgroup);
-    // A service's own process leads its session, what a shell in it started does not.
-    proc.isService = unit.ends_with(".service") && (!holdsUserPrograms(unit) || stat.session == stat.pid);
+    constexpr std::size_t limit = 8192;
+    const auto cgroup = ProcFile::read(folder, pathOf(stat.pid, "/cgroup").data(), limit).value_or(std::string{});
+    const auto status = ProcFile::read(folder, pathOf(stat.pid, "/status").data(), limit).value_or(std::string{});
+    proc.isService = isUnitsOwn(unitOf(cgroup), stat.pid, stat.session) || isContained(status);
     proc.adopted = !proc.isService;
 }
 
 bool ProcProcessLister::isServiceManager(int folder, Pid pid) {
     const auto [entry, isNew] = managers_.try_emplace(pid, false);
     if (isNew) {
-        constexpr std::array<std::string_view, 8> names{"systemd",   "init",      "dinit", "runsvdir",
-                                                        "s6-svscan", "dumb-init", "tini",  "catatonit"};
+        constexpr std::array<std::string_view, 9> names{"systemd",   "init", "dinit",     "runsvdir",   "s6-svscan",
+                                                        "dumb-init", "tini", "catatonit", "docker-init"};
         // Parents come before their children in the table, so most have been read by now.
         std::string name;
         if (const auto listed = known_.find(pid); listed != known_.end() && listed->second.listing == listing_) {
@@ -342,6 +343,24 @@ std::string_view ProcProcessLister::unitOf(std::string_view cgroup) {
         }
     }
     return {};
+}
+
+bool ProcProcessLister::isUnitsOwn(std::string_view unit, Pid pid, Pid session) {
+    if (unit.ends_with(".service")) {
+        // A service's own process leads its session, what a shell in it started does not.
+        return !holdsUserPrograms(unit) || session == pid;
+    }
+    return unit.starts_with("app-") && unit.ends_with(fmt::format("-{}.scope", pid));
+}
+
+bool ProcProcessLister::isContained(std::string_view status) {
+    constexpr std::string_view field = "\nNSpid:";
+    const auto start = status.find(field);
+    if (start == std::string_view::npos) {
+        return false;
+    }
+    const std::string_view pids = status.substr(start + field.size());
+    return Text::split(pids.substr(0, pids.find('\n')), '\t').size() > 1;
 }
 
 std::map<Pid, std::vector<int>> ProcProcessLister::listeningPorts(std::span<const Pid> wanted) {
@@ -404,16 +423,21 @@ std::map<Pid, std::string> ProcProcessLister::workingDirectories(std::span<const
     return found;
 }
 
-bool ProcProcessLister::terminate(Pid pid) {
+bool ProcProcessLister::terminate(Pid pid, std::uint64_t startTicks) {
     if (pid <= 1) {
         return false;
     }
-    if (const auto listed = known_.find(pid); listed != known_.end()) {
+    // Holds on to the process, so that the pid cannot pass on between the look and the signal (Linux 5.3).
+    const Descriptor process{static_cast<int>(syscall(SYS_pidfd_open, pid, 0))};
+    if (startTicks != 0) {
         const ProcFolder proc;
         const auto stat = readStat(openStat(proc.descriptor(), pid));
-        if (!stat || stat->startTicks != listed->second.startTicks) {
+        if (!stat || stat->startTicks != startTicks) {
             return false;
         }
+    }
+    if (process) {
+        return syscall(SYS_pidfd_send_signal, process.get(), SIGTERM, nullptr, 0) == 0;
     }
     return kill(pid, SIGTERM) == 0;
 }

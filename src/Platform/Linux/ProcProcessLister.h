@@ -43,12 +43,16 @@ public:
     std::map<Pid, std::vector<int>> listeningPorts(std::span<const Pid> wanted) override;
     /// Also of folders that were deleted under the process, under their former name.
     std::map<Pid, std::string> workingDirectories(std::span<const Pid> wanted) override;
-    /// False too when the pid has passed to another process since it was listed.
-    bool terminate(Pid pid) override;
+    bool terminate(Pid pid, std::uint64_t startTicks) override;
 
     /// The unit's name at the end of a /proc/<pid>/cgroup text, such as "foo.service" or "session-2.scope"; empty when
     /// no service manager placed the process.
     static std::string_view unitOf(std::string_view cgroup);
+    /// Whether a process without a parent of its own was started to be on its own: as the unit's service, or as the
+    /// application that a unit like "app-gnome-code-4711.scope" is named after. `session` is its session's leader.
+    static bool isUnitsOwn(std::string_view unit, Pid pid, Pid session);
+    /// Whether a /proc/<pid>/status text is of a process in a container or sandbox: one with a pid of its own there.
+    static bool isContained(std::string_view status);
 
 private:
     /// The ports of a process as its descriptors told them, and what they were told by.

@@ -43,6 +43,8 @@ std::map<Pid, std::string> CommandProcessLister::workingDirectories(std::span<co
     return ProcessScanner::parseWorkingDirectories(run(lsof, {"-a", "-d", "cwd", "-Fn", "-p", pids}));
 }
 
-bool CommandProcessLister::terminate(Pid pid) { return pid > 1 && kill(pid, SIGTERM) == 0; }
+bool CommandProcessLister::terminate(Pid pid, std::uint64_t /*startTicks*/) {
+    return pid > 1 && kill(pid, SIGTERM) == 0;
+}
 
 } // namespace kippo

@@ -15,7 +15,8 @@ public:
     std::vector<ProcInfo> processes() override;
     std::map<Pid, std::vector<int>> listeningPorts(std::span<const Pid> wanted) override;
     std::map<Pid, std::string> workingDirectories(std::span<const Pid> wanted) override;
-    bool terminate(Pid pid) override;
+    /// Without /proc there is no telling whether the pid has passed to another process.
+    bool terminate(Pid pid, std::uint64_t startTicks) override;
 
 private:
     std::string run(const char* path, const std::vector<std::string>& arguments);
