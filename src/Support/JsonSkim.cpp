@@ -142,7 +142,8 @@ __attribute__((target("avx2"))) bool passWide(const char*& at, const char* end, 
     return pass<WideBlock>(at, end, escaped);
 }
 
-const bool hasWideRegisters = __builtin_cpu_supports("avx2") != 0;
+// Asked each time, which is one load: a variable would be set before `main`, at every hook of every agent.
+bool hasWideRegisters() { return __builtin_cpu_supports("avx2") != 0; }
 
 /// The offset of the first quote, backslash or control character among 16 bytes; 16 when there is none.
 int plainLength(const char* at) {
@@ -166,7 +167,7 @@ const char* endOfPlain(const char* at, const char* end, bool& escaped) {
             return at;
         }
     }
-    if ((hasWideRegisters && passWide(at, end, escaped)) || pass<Block>(at, end, escaped)) {
+    if ((hasWideRegisters() && passWide(at, end, escaped)) || pass<Block>(at, end, escaped)) {
         return at;
     }
 #endif

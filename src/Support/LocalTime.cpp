@@ -1,6 +1,6 @@
 #include "Support/LocalTime.h"
 
-#include <cmath>
+#include <chrono>
 #include <compare>
 #include <ctime>
 
@@ -22,7 +22,9 @@ std::tm brokenDown(std::time_t seconds) {
     return local;
 }
 
-std::tm brokenDown(Date date) { return brokenDown(static_cast<std::time_t>(std::floor(unixSeconds(date)))); }
+std::tm brokenDown(Date date) {
+    return brokenDown(std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count());
+}
 
 Day dayOf(const std::tm& local) { return {.year = local.tm_year, .month = local.tm_mon, .day = local.tm_mday}; }
 

@@ -35,8 +35,10 @@ std::string dayName(Date day) {
     const auto noon = static_cast<std::time_t>(unixSeconds(day)) + 12 * 3600;
     std::tm local{};
     localtime_r(&noon, &local);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%a %e %b", &local)};
+    constexpr std::array days{"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return fmt::format("{} {:2} {}", days.at(static_cast<std::size_t>(local.tm_wday)), local.tm_mday,
+                       months.at(static_cast<std::size_t>(local.tm_mon)));
 }
 
 /// A bar whose length shows `part` of `whole`; whatever is more than nothing can be seen.

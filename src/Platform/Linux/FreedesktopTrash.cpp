@@ -131,8 +131,8 @@ std::string localTime() {
     const time_t now = time(nullptr);
     tm parts{};
     localtime_r(&now, &parts);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts)};
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+                       parts.tm_hour, parts.tm_min, parts.tm_sec);
 }
 
 /// `name`, `name.2`, …, short enough for a file's name; cut between characters.
