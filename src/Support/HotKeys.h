@@ -19,8 +19,8 @@ struct HotKeyCombination {
 class HotKeys {
 public:
     enum class Error {
-        takenByAnother, ///< another program holds the combination
-        unsupported     ///< this desktop lets no program grab keys
+        takenByAnother, ///< another program holds the combination, or this one does already
+        unsupported     ///< this desktop lets no program grab keys, or the keyboard has no such letter
     };
 
     virtual ~HotKeys() = default;

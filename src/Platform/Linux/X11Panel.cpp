@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11Panel.h"
 
+#include "Platform/Linux/X11Server.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -29,17 +31,8 @@ constexpr std::uint32_t maximumClients = 1024;
 constexpr std::uint16_t inputMajor = 2;
 constexpr std::uint16_t inputMinor = 2;
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T> using Owned = std::unique_ptr<T, Free>;
-
-/// The reply to `request`, null on an error: windows of other programs may vanish at any time.
-template <typename Request, typename Reply, typename... Arguments>
-auto ask(xcb_connection_t* connection, Request request, Reply reply, Arguments... arguments) {
-    auto* answer = reply(connection, request(connection, arguments...), nullptr);
-    return Owned<std::remove_pointer_t<decltype(answer)>>(answer);
-}
+using X11::ask;
+using X11::Owned;
 
 } // namespace
 
