@@ -1,0 +1,109 @@
+#include "Theme/Icon.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace kippo {
+
+namespace {
+
+/// A wheel with eight teeth around a hub.
+QPainterPath gear() {
+    constexpr int teeth = 8;
+    constexpr double outer = 9.2, inner = 6.9;
+    QPainterPath path;
+    for (int corner = 0; corner < 4 * teeth; ++corner) {
+        const double share = (corner + 0.5) / (4.0 * teeth);
+        const double angle = 2 * std::numbers::pi * share;
+        const double radius = corner % 4 < 2 ? outer : inner;
+        const QPointF point{12 + radius * std::cos(angle), 12 + radius * std::sin(angle)};
+        corner == 0 ? path.moveTo(point) : path.lineTo(point);
+    }
+    path.closeSubpath();
+    path.addEllipse(QPointF{12, 12}, 2.9, 2.9);
+    return path;
+}
+
+/// The icon's strokes in a square of 24 units.
+QPainterPath strokes(Icon::Name name) {
+    QPainterPath path;
+    const auto line = [&path](std::initializer_list<QPointF> points) {
+        path.moveTo(*points.begin());
+        for (const QPointF& point : points) {
+            path.lineTo(point);
+        }
+    };
+    switch (name) {
+    case Icon::Gear:
+        return gear();
+    case Icon::Sliders:
+        line({{4, 8}, {12.5, 8}});
+        line({{18.5, 8}, {20, 8}});
+        path.addEllipse(QPointF{15.5, 8}, 2.7, 2.7);
+        line({{4, 16}, {5.5, 16}});
+        line({{11.5, 16}, {20, 16}});
+        path.addEllipse(QPointF{8.5, 16}, 2.7, 2.7);
+        break;
+    case Icon::Notch: // a screen, and what hangs from its upper edge
+        path.addRoundedRect(QRectF{3.5, 5, 17, 14}, 2.5, 2.5);
+        line({{8.5, 5}, {8.5, 8.5}, {15.5, 8.5}, {15.5, 5}});
+        break;
+    case Icon::Agents: // a prompt in its window
+        path.addRoundedRect(QRectF{3.5, 4.5, 17, 15}, 3, 3);
+        line({{7.6, 9.2}, {10.6, 12}, {7.6, 14.8}});
+        line({{12.8, 15}, {16.4, 15}});
+        break;
+    case Icon::Chevron:
+        line({{9, 5.5}, {15.5, 12}, {9, 18.5}});
+        break;
+    case Icon::Cross:
+        line({{6, 6}, {18, 18}});
+        line({{18, 6}, {6, 18}});
+        break;
+    case Icon::Tick:
+        line({{5, 12.6}, {10, 17.4}, {19, 7}});
+        break;
+    case Icon::Warning:
+        path.addEllipse(QPointF{12, 12}, 8.6, 8.6);
+        line({{12, 7.6}, {12, 12.8}});
+        line({{12, 16.3}, {12, 16.31}});
+        break;
+    }
+    return path;
+}
+
+} // namespace
+
+Icon::Icon(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    setAntialiasing(true);
+    setImplicitSize(16, 16);
+}
+
+void Icon::setName(Name name) {
+    if (name_ != name) {
+        name_ = name;
+        update();
+        emit nameChanged();
+    }
+}
+
+void Icon::setColor(const QColor& color) {
+    if (color_ != color) {
+        color_ = color;
+        update();
+        emit colorChanged();
+    }
+}
+
+void Icon::paint(QPainter* painter) {
+    const double side = std::min(width(), height());
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate((width() - side) / 2, (height() - side) / 2);
+    painter->scale(side / 24, side / 24);
+    painter->strokePath(strokes(name_), QPen{color_, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
+}
+
+} // namespace kippo
