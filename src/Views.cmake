@@ -2,7 +2,7 @@
 # compiled ahead of time and found without paths.
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick)
 
-set(kippo_qml_singletons Theme/Theme.qml Theme/Motion.qml)
+set(kippo_qml_singletons Theme/Theme.qml Theme/Motion.qml Settings/Views/SettingsTheme.qml)
 set(kippo_qml
   ${kippo_qml_singletons}
   Theme/Chip.qml
@@ -17,6 +17,29 @@ set(kippo_qml
   Notch/Views/NotchPanel.qml
   Notch/Views/PeekView.qml
   Notch/Views/WingView.qml
+  Settings/Views/AgentSettingsPage.qml
+  Settings/Views/ChangeSheet.qml
+  Settings/Views/ChoiceRow.qml
+  Settings/Views/FocusRing.qml
+  Settings/Views/GeneralSettingsPage.qml
+  Settings/Views/GroupRow.qml
+  Settings/Views/GuideSheet.qml
+  Settings/Views/HookAgentRow.qml
+  Settings/Views/IconButton.qml
+  Settings/Views/NameListRow.qml
+  Settings/Views/NotchSettingsPage.qml
+  Settings/Views/NoticeBanner.qml
+  Settings/Views/PlainAgentRow.qml
+  Settings/Views/PushButton.qml
+  Settings/Views/SettingsGroup.qml
+  Settings/Views/SettingsPage.qml
+  Settings/Views/SettingsSheet.qml
+  Settings/Views/SettingsSidebar.qml
+  Settings/Views/SettingsText.qml
+  Settings/Views/SettingsWindow.qml
+  Settings/Views/SwitchRow.qml
+  Settings/Views/ThinScrollBar.qml
+  Settings/Views/WatchedPrograms.qml
 )
 set_source_files_properties(${kippo_qml_singletons} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 foreach(file IN LISTS kippo_qml)
@@ -33,6 +56,11 @@ set(kippo_views_sources
   Notch/Views/NotchSilhouette.cpp
   Notch/Views/NotchStage.cpp
   Notch/Views/NotchViewModel.cpp
+  Theme/Icon.cpp
+  Settings/Views/AgentSettingsRow.cpp
+  Settings/Views/AgentSettingsViewModel.cpp
+  Settings/Views/PlannedChange.cpp
+  Settings/Views/PreferencesViewModel.cpp
 )
 qt_add_library(kippo_views STATIC)
 set_target_properties(kippo_views PROPERTIES AUTOMOC ON)
@@ -55,9 +83,15 @@ qt_add_qml_module(kippo_views
     Notch/Views/NotchSilhouette.h
     Notch/Views/NotchStage.h
     Notch/Views/NotchViewModel.h
+    Theme/Icon.h
+    Settings/Views/AgentSettingsRow.h
+    Settings/Views/AgentSettingsViewModel.h
+    Settings/Views/PlannedChange.h
+    Settings/Views/PreferencesViewModel.h
+    Theme/KeyedListModel.h
 )
 # The generated registration includes headers by their bare name.
-target_include_directories(kippo_views PRIVATE Agents/Views Notch/Views Theme)
+target_include_directories(kippo_views PRIVATE Agents/Views Notch/Views Settings/Views Theme)
 target_link_libraries(kippo_views PUBLIC kippo_core Qt6::Core Qt6::Gui Qt6::Qml Qt6::Quick)
 # Warnings as errors for what people wrote; not for what Qt generates.
 set_source_files_properties(${kippo_views_sources} PROPERTIES

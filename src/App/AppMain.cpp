@@ -5,6 +5,8 @@
 #include "App/DemoScenes.h"
 #include "App/Panel.h"
 #include "App/Prefs.h"
+#include "App/SettingsDemo.h"
+#include "App/SettingsWindow.h"
 #include "Platform/Linux/FreedesktopTrash.h"
 #include "Platform/Linux/InotifyFileWatcher.h"
 #include "Platform/Linux/Installation.h"
@@ -14,6 +16,7 @@
 #include "Platform/Posix/PosixUserFiles.h"
 #include "Platform/Posix/WorkerQueue.h"
 #include "Platform/Qt/NotchWindow.h"
+#include "Platform/Qt/QtDesktopLook.h"
 #include "Platform/Qt/QtScheduler.h"
 #include "Platform/Qt/QtScreens.h"
 
@@ -96,13 +99,19 @@ struct DemoOptions {
     QString scene;                              ///< empty for the moving play
     QString screenshot;                         ///< the file for a picture of the scene; empty for none
     QColor backdrop = QColor{0x6f, 0x7f, 0x95}; ///< what the picture has in place of a desktop
+    bool isDark = false;                        ///< the settings window's look
+};
+
+struct Options {
+    DemoOptions demo;
+    bool showsSettings = false; ///< brings up the settings window at the start
 };
 
 // The person may edit the settings' file by hand.
 constexpr Seconds settingsInterval{2};
 constexpr Seconds settingsTolerance{1};
 
-int runApplication() {
+int runApplication(const Options& options) {
     const Places places = Places::fromEnvironment();
     QtScheduler scheduler;
     JsonUserDefaults defaults{places.configFolder + "/defaults.json"};
@@ -111,8 +120,35 @@ int runApplication() {
     Notch notch{scheduler};
     Application application{notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window}};
     application.follow(agents.store);
+    QtDesktopLook look;
+    SettingsWindow settingsWindow{{agents.store, scheduler, defaults, notch.screens, look}};
+    application.showSettings = [&settingsWindow](const QString& page) { settingsWindow.show(page); };
     agents.store.start();
+    if (options.showsSettings) {
+        settingsWindow.show();
+    }
     const Timer settings = scheduler.every(settingsInterval, settingsTolerance, [&defaults] { defaults.reload(); });
+    return QGuiApplication::exec();
+}
+
+/// What `view` shows as a picture in `file`.
+int takePicture(QQuickView& view, const QString& file) {
+    QGuiApplication::processEvents();
+    return view.grabWindow().save(file) ? 0 : complain(QStringLiteral("cannot write %1").arg(file));
+}
+
+int runSettingsDemo(const DemoOptions& options) {
+    QtScheduler scheduler;
+    DemoDefaults defaults;
+    Prefs::registerDefaults(defaults);
+    defaults.set("reducedMotion", !options.screenshot.isEmpty());
+    QtScreens screens;
+    SettingsDemo demo{scheduler, defaults, screens, options.isDark};
+    demo.show(options.scene);
+    if (!options.screenshot.isEmpty()) {
+        return takePicture(*demo.window().view(), options.screenshot);
+    }
+    QGuiApplication::setQuitOnLastWindowClosed(true);
     return QGuiApplication::exec();
 }
 
@@ -139,10 +175,7 @@ int runDemo(const DemoOptions& options) {
         return QGuiApplication::exec();
     }
     notch.window.view().setColor(options.backdrop);
-    QGuiApplication::processEvents();
-    return notch.window.view().grabWindow().save(options.screenshot)
-               ? 0
-               : complain(QStringLiteral("cannot write %1").arg(options.screenshot));
+    return takePicture(notch.window.view(), options.screenshot);
 }
 
 /// The software renderer shows the first frame sooner, takes a third of the memory and draws nothing while nothing
@@ -153,22 +186,32 @@ void chooseRenderer() {
     }
 }
 
-constexpr const char* usage = R"(usage: kippo-app [--demo[=SCENE]] [--screenshot=FILE] [--backdrop=COLOUR]
+constexpr const char* usage = R"(usage: kippo-app [--settings]
+       kippo-app --demo[=SCENE] [--screenshot=FILE] [--backdrop=COLOUR] [--dark]
 
+  --settings          starts Kippo and brings up its settings
   --demo              sample sessions that come, work, wait and finish, over and over
   --demo=SCENE        one moment of it, standing still: closed, live, live-one, live-needs-you, peek-done,
-                      peek-short, peek-long, peek-needs-you, open, many or empty
+                      peek-short, peek-long, peek-needs-you, open, many or empty; or the settings window
+                      on sample settings: settings-general, settings-notch, settings-agents,
+                      settings-change or settings-guide
   --screenshot=FILE   a picture of that moment, and no window
   --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
+  --dark              the settings window as on a dark desktop
 )";
 
 /// The options, or what is wrong with them.
-std::expected<DemoOptions, QString> readArguments(const QStringList& arguments) {
-    DemoOptions demo;
+std::expected<Options, QString> readArguments(const QStringList& arguments) {
+    Options options;
+    DemoOptions& demo = options.demo;
     for (const QString& argument : arguments.mid(1)) {
         const QString name = argument.section(u'=', 0, 0);
         const QString value = argument.section(u'=', 1);
-        if (name == u"--demo") {
+        if (argument == u"--settings") {
+            options.showsSettings = true;
+        } else if (argument == u"--dark") {
+            demo.isDark = true;
+        } else if (name == u"--demo") {
             demo.isOn = true;
             demo.scene = value;
         } else if (name == u"--screenshot" && !value.isEmpty()) {
@@ -182,7 +225,7 @@ std::expected<DemoOptions, QString> readArguments(const QStringList& arguments) 
     if (!demo.screenshot.isEmpty() && demo.scene.isEmpty()) {
         return std::unexpected{QStringLiteral("a screenshot needs a scene, such as --demo=open")};
     }
-    return demo;
+    return options;
 }
 
 } // namespace
@@ -196,12 +239,13 @@ int main(int argc, char** argv) {
         std::fputs(usage, stdout);
         return 0;
     }
-    const auto demo = readArguments(arguments);
-    if (!demo) {
-        return complain(demo.error());
+    const auto options = readArguments(arguments);
+    if (!options) {
+        return complain(options.error());
     }
+    const DemoOptions& demo = options->demo;
     chooseRenderer();
-    if (!demo->screenshot.isEmpty() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    if (!demo.screenshot.isEmpty() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     // Qt would abort with a core dump.
@@ -211,5 +255,8 @@ int main(int argc, char** argv) {
     QGuiApplication application{argc, argv};
     QGuiApplication::setApplicationName(QStringLiteral("Kippo"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return demo->isOn ? runDemo(*demo) : runApplication();
+    if (SettingsDemo::isScene(demo.scene)) {
+        return runSettingsDemo(demo);
+    }
+    return demo.isOn ? runDemo(demo) : runApplication(*options);
 }

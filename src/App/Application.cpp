@@ -20,6 +20,12 @@ Application::Application(Panel& panel, Ports ports)
     : panel_(panel), ports_(ports),
       notch_(panel.model, ports.scheduler, ports.defaults, ports.screens, ports.pointer, ports.window) {
     panel_.notch.onOpen = [this] { notch_.expand(); };
+    panel_.notch.onOpenSettings = [this] {
+        notch_.collapse();
+        if (showSettings) {
+            showSettings(QStringLiteral("Agents"));
+        }
+    };
     notchSubscription_ = panel_.model.observe([this] { notchChanged(); });
     defaultsSubscription_ = ports_.defaults.observe([this] { readSettings(); });
     minute_ = ports_.scheduler.every(minuteInterval, minuteTolerance, [this] { updateLiveActivity(); });

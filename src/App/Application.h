@@ -32,6 +32,8 @@ public:
     NotchController& notch() { return notch_; }
     /// The agents page came on screen, or left it.
     std::function<void(bool)> onAgentsPageVisible;
+    /// Brings up the settings window on the page of this name.
+    std::function<void(const QString&)> showSettings;
 
 private:
     void show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights);

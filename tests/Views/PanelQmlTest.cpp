@@ -176,7 +176,8 @@ TEST(PanelQmlTest, TheOpeningIsDrawnFrameByFrame) {
 }
 
 TEST(QmlSources, CreateTextOnlyWhereItIsPlain) {
-    const QRegularExpression anyText{R"(\b(Text|TextEdit|TextInput|TextField|TextArea|Label) \{)"};
+    // A TextInput or TextField has no other format than plain text.
+    const QRegularExpression anyText{R"(\b(Text|TextEdit|TextArea|Label) \{)"};
     QDirIterator files{":/qt/qml/Kippo", {"*.qml"}, QDir::Files};
     int read = 0;
     while (files.hasNext()) {

@@ -1,7 +1,7 @@
 import QtQuick
 import Kippo
 
-/// The open panel: the page's name and its summary on either side of the cut-out, the page below.
+/// The open panel: the page's name and its summary on either side of the cut-out, the way to the settings, the page below.
 Item {
     id: expanded
 
@@ -43,6 +43,36 @@ Item {
             StatusCount {
                 status: AgentLook.Status.Idle
                 text: expanded.agents.restText
+            }
+
+            Item {
+                id: gear
+
+                width: 22
+                height: parent.height
+                activeFocusOnTab: true
+                Accessible.role: Accessible.Button
+                Accessible.name: "Settings"
+                Accessible.onPressAction: expanded.notch.openSettings()
+                Keys.onReturnPressed: expanded.notch.openSettings()
+                Keys.onSpacePressed: expanded.notch.openSettings()
+
+                HoverHandler {
+                    id: over
+                }
+
+                TapHandler {
+                    onTapped: expanded.notch.openSettings()
+                }
+
+                Icon {
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 15
+                    height: 15
+                    name: Icon.Gear
+                    color: over.hovered || gear.activeFocus ? Theme.text : Theme.textTertiary
+                }
             }
         }
     }

@@ -33,6 +33,12 @@ void NotchViewModel::open() const {
     }
 }
 
+void NotchViewModel::openSettings() const {
+    if (onOpenSettings) {
+        onOpenSettings();
+    }
+}
+
 QString NotchViewModel::peekTitle() const { return oneLine(peek_.title()); }
 
 QString NotchViewModel::peekWord() const {

@@ -54,6 +54,9 @@ public:
     /// What a tap on the closed notch does; set by the application.
     std::function<void()> onOpen;
     Q_INVOKABLE void open() const;
+    /// What the open panel's way to the settings does; set by the application.
+    std::function<void()> onOpenSettings;
+    Q_INVOKABLE void openSettings() const;
 
     bool isExpanded() const { return model_.fields().mode == NotchModel::Mode::expanded; }
     bool hasNotch() const { return model_.fields().hasNotch; }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Settings/DesktopLook.h"
+
+#include <QDBusVariant>
+#include <QObject>
+#include <optional>
+
+namespace kippo {
+
+/// The look as the desktop portal tells it, or, where none answers or it has no preference, as Qt's palette has it.
+class QtDesktopLook final : public QObject, public DesktopLook {
+    Q_OBJECT
+
+public:
+    QtDesktopLook();
+
+    bool isDark() const override { return isDark_; }
+    [[nodiscard]] Subscription observe(std::function<void()> callback) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private slots:
+    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    void askPortal();
+    void take(std::optional<unsigned> portal);
+    void update();
+
+    std::optional<unsigned> portal_; ///< the portal's "color-scheme": 0 no preference, 1 dark, 2 light
+    bool isDark_ = false;
+    Observers observers_;
+};
+
+} // namespace kippo
