@@ -26,7 +26,7 @@ public:
     }
     std::map<Pid, std::vector<int>> listeningPorts(std::span<const Pid>) override { return {}; }
     std::map<Pid, std::string> workingDirectories(std::span<const Pid>) override { return {}; }
-    bool terminate(Pid) override { return false; }
+    bool terminate(Pid, std::uint64_t) override { return false; }
 };
 
 /// Runs nothing.
