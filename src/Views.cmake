@@ -11,6 +11,8 @@ set(kippo_qml
   Agents/Views/AgentsPage.qml
   Agents/Views/EmptySessions.qml
   Agents/Views/SessionDelegate.qml
+  Mascot/Views/BubbleButton.qml
+  Mascot/Views/MascotBubble.qml
   Theme/StatusCount.qml
   Theme/StatusLight.qml
   Notch/Views/ExpandedView.qml
@@ -52,6 +54,10 @@ set(kippo_views_sources
   Agents/Views/AgentsViewModel.cpp
   Agents/Views/SessionListModel.cpp
   Agents/Views/SessionRow.cpp
+  Mascot/Views/MascotItem.cpp
+  Mascot/Views/MascotPainter.cpp
+  Mascot/Views/MascotSheet.cpp
+  Mascot/Views/MascotViewModel.cpp
   Theme/StatusGlyph.cpp
   Notch/Views/NotchSilhouette.cpp
   Notch/Views/NotchStage.cpp
@@ -78,6 +84,10 @@ qt_add_qml_module(kippo_views
     Agents/Views/AgentsViewModel.h
     Agents/Views/SessionListModel.h
     Agents/Views/SessionRow.h
+    Mascot/Views/MascotItem.h
+    Mascot/Views/MascotPainter.h
+    Mascot/Views/MascotSheet.h
+    Mascot/Views/MascotViewModel.h
     Theme/StatusGlyph.h
     Theme/Texts.h
     Notch/Views/NotchSilhouette.h
@@ -91,7 +101,7 @@ qt_add_qml_module(kippo_views
     Theme/KeyedListModel.h
 )
 # The generated registration includes headers by their bare name.
-target_include_directories(kippo_views PRIVATE Agents/Views Notch/Views Settings/Views Theme)
+target_include_directories(kippo_views PRIVATE Agents/Views Mascot/Views Notch/Views Settings/Views Theme)
 target_link_libraries(kippo_views PUBLIC kippo_core Qt6::Core Qt6::Gui Qt6::Qml Qt6::Quick)
 # Warnings as errors for what people wrote; not for what Qt generates.
 set_source_files_properties(${kippo_views_sources} PROPERTIES

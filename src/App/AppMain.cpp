@@ -7,6 +7,7 @@
 #include "App/Prefs.h"
 #include "App/SettingsDemo.h"
 #include "App/SettingsWindow.h"
+#include "Mascot/Views/MascotSheet.h"
 #include "Platform/Linux/FreedesktopTrash.h"
 #include "Platform/Linux/InotifyFileWatcher.h"
 #include "Platform/Linux/Installation.h"
@@ -188,6 +189,7 @@ void chooseRenderer() {
 
 constexpr const char* usage = R"(usage: kippo-app [--settings]
        kippo-app --demo[=SCENE] [--screenshot=FILE] [--backdrop=COLOUR] [--dark]
+       kippo-app --contact-sheet=mascot FILE
 
   --settings          starts Kippo and brings up its settings
   --demo              sample sessions that come, work, wait and finish, over and over
@@ -198,7 +200,17 @@ constexpr const char* usage = R"(usage: kippo-app [--settings]
   --screenshot=FILE   a picture of that moment, and no window
   --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
   --dark              the settings window as on a dark desktop
+  --contact-sheet=mascot FILE
+                      a picture of every state of the mascot in three sizes
 )";
+
+/// Draws one of the pictures that the drawings are judged by.
+int drawContactSheet(const QString& subject, const QString& file) {
+    if (subject != u"mascot") {
+        return complain(QStringLiteral("there is no contact sheet of \"%1\"; see kippo-app --help").arg(subject));
+    }
+    return mascotSheet().save(file, nullptr, 0) ? 0 : complain(QStringLiteral("cannot write %1").arg(file));
+}
 
 /// The options, or what is wrong with them.
 std::expected<Options, QString> readArguments(const QStringList& arguments) {
@@ -238,6 +250,12 @@ int main(int argc, char** argv) {
     if (arguments.contains(u"--help")) {
         std::fputs(usage, stdout);
         return 0;
+    }
+    constexpr QLatin1StringView sheetOption{"--contact-sheet="};
+    if (arguments.size() == 3 && arguments[1].startsWith(sheetOption)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        const QGuiApplication application{argc, argv};
+        return drawContactSheet(arguments[1].mid(sheetOption.size()), arguments[2]);
     }
     const auto options = readArguments(arguments);
     if (!options) {
