@@ -108,6 +108,9 @@ struct MascotItemTest : testing::Test {
 };
 
 TEST_F(MascotItemTest, DrawsNothingWhileHeStandsStillAndAFilmWhileHeMoves) {
+    // However long the window took to come: three seconds from the next blink.
+    item.restart(1);
+    item.advance(0.15);
     EXPECT_FALSE(item.isMoving());
     EXPECT_EQ(frames(400), 0) << "idle";
     item.setState(State::Walk);
