@@ -12,12 +12,8 @@ SettingsPage {
     drawing: Icon.Agents
     intro: "Kippo sees the agents on this machine by itself. A connected agent also tells it at once when it needs you "
            + "or is done."
-
-    NoticeBanner {
-        visible: text !== ""
-        text: page.agents.installError
-        onDismissed: page.agents.clearInstallError()
-    }
+    notice: agents.installError
+    onNoticeDismissed: agents.clearInstallError()
 
     SettingsGroup {
         title: "Connections"

@@ -15,7 +15,7 @@ QString noteOf(AgentKind kind) {
     case AgentKind::claudeDesktop:
         return QStringLiteral("The desktop app's coding sessions");
     case AgentKind::custom:
-        return QStringLiteral("The programs that you watch by name");
+        return QStringLiteral("Those that are named below");
     default:
         return QStringLiteral("Seen by its process; there is nothing to connect");
     }
@@ -26,7 +26,7 @@ QString titleOf(AgentKind kind) {
     case AgentKind::claudeDesktop:
         return QStringLiteral("Claude desktop");
     case AgentKind::custom:
-        return QStringLiteral("Watched programs");
+        return QStringLiteral("Programs you watch");
     default:
         return oneLine(displayTitle(kind));
     }

@@ -9,10 +9,10 @@ Item {
     width: parent ? parent.width : 0
 
     Rectangle {
-        visible: row.y > 0
         x: row.lineIndent
         width: row.width - x
         height: 1
-        color: SettingsTheme.hairline
+        // Not by `visible`: the software renderer would forget to paint a line that appears.
+        color: row.y > 0 ? SettingsTheme.hairline : "transparent"
     }
 }

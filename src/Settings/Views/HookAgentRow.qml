@@ -22,7 +22,6 @@ GroupRow {
     signal changeAsked(bool connects)
     signal guideAsked()
 
-    lineIndent: SettingsTheme.textIndent
     implicitHeight: head.height + (isOpen ? details.height : 0)
     clip: true
 

@@ -13,7 +13,6 @@ GroupRow {
     required property bool hasLights
     property bool isOpen: false
 
-    lineIndent: SettingsTheme.textIndent
     implicitHeight: head.height + (isOpen ? details.height : 0)
     clip: true
 

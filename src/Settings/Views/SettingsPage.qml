@@ -10,8 +10,12 @@ FocusScope {
     /// Of the page's name in the sidebar.
     required property int drawing
     property string intro
+    /// Something that went wrong; stays in view above the page until it is put away.
+    property string notice
     default property alias groups: groups.data
     readonly property Item focused: Window.activeFocusItem
+
+    signal noticeDismissed()
 
     anchors.fill: parent
     Accessible.role: Accessible.Pane
@@ -31,10 +35,22 @@ FocusScope {
             view.contentY = Math.min(Math.max(0, view.contentHeight - view.height), bottom + 24 - view.height);
     }
 
+    NoticeBanner {
+        id: banner
+
+        x: column.x
+        y: 16
+        width: column.width
+        visible: page.notice !== ""
+        text: page.notice
+        onDismissed: page.noticeDismissed()
+    }
+
     Flickable {
         id: view
 
         anchors.fill: parent
+        anchors.topMargin: banner.visible ? banner.y + banner.height + 8 : 0
         contentWidth: width
         contentHeight: column.height + 2 * SettingsTheme.pageMargin
         boundsBehavior: Flickable.StopAtBounds
