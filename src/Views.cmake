@@ -6,11 +6,28 @@ set(kippo_qml_singletons Theme/Theme.qml Theme/Motion.qml Settings/Views/Setting
 set(kippo_qml
   ${kippo_qml_singletons}
   Theme/Chip.qml
+  Theme/Fact.qml
+  Theme/FocusScroll.qml
   Theme/PlainText.qml
+  Theme/ScrollFade.qml
   Theme/ScrollHint.qml
+  Theme/SectionHeading.qml
+  Theme/TextButton.qml
   Agents/Views/AgentsPage.qml
   Agents/Views/EmptySessions.qml
+  Agents/Views/LeftBehindSection.qml
+  Agents/Views/LeftRunningLine.qml
+  Agents/Views/LeftoverLine.qml
+  Agents/Views/PortChip.qml
+  Agents/Views/PortRow.qml
+  Agents/Views/ProcessLine.qml
+  Agents/Views/ProjectLine.qml
+  Agents/Views/SectionTabs.qml
   Agents/Views/SessionDelegate.qml
+  Agents/Views/SessionDetails.qml
+  Agents/Views/SessionsSection.qml
+  Agents/Views/UsageSection.qml
+  Agents/Views/WeekBars.qml
   Mascot/Views/BubbleButton.qml
   Mascot/Views/MascotBubble.qml
   Theme/StatusCount.qml
@@ -52,8 +69,12 @@ endforeach()
 set(kippo_views_sources
   Theme/AgentBadge.cpp
   Agents/Views/AgentsViewModel.cpp
+  Agents/Views/LeftBehindViewModel.cpp
+  Agents/Views/SessionDetail.cpp
   Agents/Views/SessionListModel.cpp
   Agents/Views/SessionRow.cpp
+  Agents/Views/StopConfirmation.cpp
+  Agents/Views/UsageViewModel.cpp
   Mascot/Views/MascotItem.cpp
   Mascot/Views/MascotPainter.cpp
   Mascot/Views/MascotSheet.cpp
@@ -82,12 +103,15 @@ qt_add_qml_module(kippo_views
     Theme/AgentBadge.h
     Theme/AgentLook.h
     Agents/Views/AgentsViewModel.h
+    Agents/Views/LeftBehindViewModel.h
+    Agents/Views/SessionDetail.h
     Agents/Views/SessionListModel.h
     Agents/Views/SessionRow.h
     Mascot/Views/MascotItem.h
     Mascot/Views/MascotPainter.h
     Mascot/Views/MascotSheet.h
     Mascot/Views/MascotViewModel.h
+    Agents/Views/UsageViewModel.h
     Theme/StatusGlyph.h
     Theme/Texts.h
     Notch/Views/NotchSilhouette.h

@@ -201,6 +201,8 @@ std::string friendlyDuration(double seconds);
 std::string duration(double seconds);
 /// Resident memory: "840 KB", "212 MB", "1.4 GB".
 std::string memory(std::int64_t kilobytes);
+/// US dollars: "$0.00", "under $0.01", "$12.40", "$1,204.00".
+std::string cost(double dollars);
 } // namespace Formatters
 
 } // namespace kippo

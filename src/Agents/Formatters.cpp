@@ -1,5 +1,6 @@
 #include "Agents/AgentModels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
 
@@ -50,6 +51,19 @@ std::string memory(std::int64_t kilobytes) {
         return fmt::format("{} MB", (kilobytes + 512) / 1024);
     }
     return fmt::format("{:.1f} GB", static_cast<double>(kilobytes) / (1024 * 1024));
+}
+
+std::string cost(double dollars) {
+    const double cents = std::isfinite(dollars) ? std::clamp(dollars, 0.0, 1e12) * 100 : 0;
+    if (cents > 0 && cents < 1) {
+        return "under $0.01";
+    }
+    const auto whole = static_cast<std::int64_t>(std::llround(cents));
+    std::string digits = fmt::format("{}", whole / 100);
+    for (std::size_t place = digits.size(); place > 3; place -= 3) {
+        digits.insert(place - 3, 1, ',');
+    }
+    return fmt::format("${}.{:02}", digits, whole % 100);
 }
 
 } // namespace kippo::Formatters

@@ -13,10 +13,12 @@
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Linux/ProcProcessLister.h"
+#include "Platform/Linux/XdgUrlOpener.h"
 #include "Platform/Posix/PosixProcessRunner.h"
 #include "Platform/Posix/PosixUserFiles.h"
 #include "Platform/Posix/WorkerQueue.h"
 #include "Platform/Qt/NotchWindow.h"
+#include "Platform/Qt/QtDesktop.h"
 #include "Platform/Qt/QtDesktopLook.h"
 #include "Platform/Qt/QtScheduler.h"
 #include "Platform/Qt/QtScreens.h"
@@ -91,6 +93,8 @@ struct Notch {
     }
 
     QtScreens screens;
+    QtDesktop desktop;
+    XdgUrlOpener urls;
     Panel panel;
     NotchWindow window;
 };
@@ -119,7 +123,8 @@ int runApplication(const Options& options) {
     Prefs::registerDefaults(defaults);
     Agents agents{places, scheduler, defaults};
     Notch notch{scheduler};
-    Application application{notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window}};
+    Application application{
+        notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window, notch.desktop, notch.urls}};
     application.follow(agents.store);
     QtDesktopLook look;
     SettingsWindow settingsWindow{{agents.store, scheduler, defaults, notch.screens, look}};
@@ -160,7 +165,8 @@ int runDemo(const DemoOptions& options) {
     defaults.set("mascotNightOwl", false);
     defaults.set("reducedMotion", !options.scene.isEmpty());
     Notch notch{scheduler};
-    Application application{notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window}};
+    Application application{
+        notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window, notch.desktop, notch.urls}};
 
     DemoDirector director{scheduler};
     director.onSessions = [&](const std::vector<AgentSession>& sessions) { application.showSessions(sessions); };
@@ -194,9 +200,10 @@ constexpr const char* usage = R"(usage: kippo-app [--settings]
   --settings          starts Kippo and brings up its settings
   --demo              sample sessions that come, work, wait and finish, over and over
   --demo=SCENE        one moment of it, standing still: closed, live, live-one, live-needs-you, peek-done,
-                      peek-short, peek-long, peek-needs-you, open, many or empty; or the settings window
-                      on sample settings: settings-general, settings-notch, settings-agents,
-                      settings-change or settings-guide
+                      peek-short, peek-long, peek-needs-you, open, open-expanded, open-expanded-long, many, empty,
+                      usage, usage-counting, usage-none, left-running, leftovers, leftovers-new, leftovers-none or
+                      leftovers-failed; or the settings window on sample settings: settings-general,
+                      settings-notch, settings-agents, settings-change or settings-guide
   --screenshot=FILE   a picture of that moment, and no window
   --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
   --dark              the settings window as on a dark desktop

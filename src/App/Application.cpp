@@ -2,6 +2,8 @@
 
 #include "Agents/AgentStore.h"
 #include "Notch/LiveActivities.h"
+#include "Support/Desktop.h"
+#include "Support/UrlOpener.h"
 
 namespace kippo {
 
@@ -29,21 +31,54 @@ Application::Application(Panel& panel, Ports ports)
     notchSubscription_ = panel_.model.observe([this] { notchChanged(); });
     defaultsSubscription_ = ports_.defaults.observe([this] { readSettings(); });
     minute_ = ports_.scheduler.every(minuteInterval, minuteTolerance, [this] { updateLiveActivity(); });
+    connectDesktop();
     readSettings();
 }
 
 void Application::follow(AgentStore& agents) {
     agents.onAlert = [this](const AgentSession& session) { agentAlert(session); };
-    agentsSubscription_ = agents.observe([this, &agents] { show(agents.sessions(), agents.statusLights()); });
+    agentsSubscription_ = agents.observe([this, &agents] { showAll(agents); });
     onAgentsPageVisible = [&agents](bool visible) { agents.setVisible(visible); };
-    show(agents.sessions(), agents.statusLights());
+
+    panel_.agents.onDismiss = [&agents](const AgentSession& session) { agents.dismiss(session); };
+    panel_.agents.onClear = [&agents] { agents.clearFinishedAndOrphaned(); };
+    panel_.agents.onStop = [&agents](Pid pid) { agents.stop(pid); };
+    panel_.leftBehind.onStop = [&agents](Pid pid) { agents.stop(pid); };
+    panel_.leftBehind.onStopAll = [&agents] { agents.stopAllDetached(); };
+    panel_.leftBehind.onScan = [&agents] { agents.scanLeftovers(); };
+    panel_.leftBehind.onTrash = [&agents](const Leftover& leftover) { agents.trash(leftover); };
+    panel_.leftBehind.onUndoTrash = [&agents] { agents.undoTrash(); };
+    panel_.leftBehind.onHide = [&agents](const std::string& name) { agents.hideProcess(name); };
+    showAll(agents);
 }
 
-void Application::showSessions(std::span<const AgentSession> sessions) { show(sessions, liveSummary(sessions)); }
+void Application::showAll(const AgentStore& agents) {
+    show(agents.sessions(), agents.statusLights(), agents.clearable().size());
+    panel_.leftBehind.show(agents.detached());
+    panel_.leftBehind.showLeftovers({agents.leftovers(), agents.isScanningLeftovers(), agents.hasScannedLeftovers(),
+                                     agents.lastTrashed(), agents.trashError()});
+    panel_.usage.show(agents.usageReport(), agents.hasUsage(), ports_.scheduler.now());
+}
 
-void Application::show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights) {
+void Application::connectDesktop() {
+    const auto openAddress = [this](const std::string& address) {
+        const auto opened = ports_.urls.open(address);
+        panel_.agents.showProblem(opened ? std::string{} : opened.error().sentence);
+    };
+    panel_.agents.onOpenAddress = openAddress;
+    panel_.agents.onOpenFolder = [this](const std::string& path) { ports_.desktop.openFolder(path); };
+    panel_.agents.onCopy = [this](const std::string& text) { ports_.desktop.copy(text); };
+    panel_.leftBehind.onOpenAddress = openAddress;
+}
+
+void Application::showSessions(std::span<const AgentSession> sessions, std::size_t clearable) {
+    show(sessions, liveSummary(sessions), clearable);
+}
+
+void Application::show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights,
+                       std::size_t clearable) {
     lights_ = std::move(lights);
-    panel_.agents.show(sessions);
+    panel_.agents.show(sessions, clearable);
     updateLiveActivity();
 }
 
@@ -72,6 +107,9 @@ void Application::notchChanged() {
         return;
     }
     panel_.agents.setVisible(visible);
+    if (!visible) {
+        panel_.leftBehind.rest();
+    }
     if (onAgentsPageVisible) {
         onAgentsPageVisible(visible);
     }

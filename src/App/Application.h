@@ -6,6 +6,8 @@
 namespace kippo {
 
 class AgentStore;
+class Desktop;
+class UrlOpener;
 
 /// Ties the stores to the notch: what happens in a store becomes a peek, a wing, a row.
 class Application {
@@ -17,6 +19,8 @@ public:
         Screens& screens;
         Pointer& pointer;
         PanelWindow& window;
+        Desktop& desktop;
+        UrlOpener& urls;
     };
 
     Application(Panel& panel, Ports ports);
@@ -25,18 +29,22 @@ public:
     /// caller's.
     void follow(AgentStore& agents);
 
-    void showSessions(std::span<const AgentSession> sessions);
+    /// The list, and how many of it could be cleared.
+    void showSessions(std::span<const AgentSession> sessions, std::size_t clearable = 0);
     /// A session came to need the person, or finished.
     void agentAlert(const AgentSession& session);
 
     NotchController& notch() { return notch_; }
+    Panel& panel() { return panel_; }
     /// The agents page came on screen, or left it.
     std::function<void(bool)> onAgentsPageVisible;
     /// Brings up the settings window on the page of this name.
     std::function<void(const QString&)> showSettings;
 
 private:
-    void show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights);
+    void showAll(const AgentStore& agents);
+    void show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights, std::size_t clearable);
+    void connectDesktop();
     void updateLiveActivity();
     void readSettings();
     void notchChanged();

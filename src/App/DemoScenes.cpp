@@ -12,9 +12,43 @@ namespace {
 constexpr Seconds atLeisure{86400};
 
 void open(Application& application, const std::vector<AgentSession>& sessions) {
-    application.showSessions(sessions);
+    const auto over = [](const AgentSession& session) { return session.status.isDone(); };
+    application.panel().leftBehind.show(DemoSessions::leftRunning());
+    application.showSessions(sessions, static_cast<std::size_t>(std::ranges::count_if(sessions, over)));
     // As from the keyboard, so that it stays open wherever the pointer is.
     application.notch().expand(NotchTab::agents, true);
+}
+
+using Section = AgentsViewModel::Section;
+
+/// The open panel at a section other than its first.
+void openAt(Application& application, Date now, Section section) {
+    open(application, DemoSessions::afternoon(now));
+    application.panel().usage.show(DemoSessions::week(), true, now);
+    application.panel().agents.setSection(section);
+}
+
+/// Nothing was left running, so that the folders come into sight.
+void openLeftovers(Application& application, Date now, LeftBehindViewModel::Leftovers leftovers) {
+    openAt(application, now, Section::LeftBehind);
+    application.panel().leftBehind.show({});
+    application.panel().leftBehind.showLeftovers(std::move(leftovers));
+}
+
+/// As after a scan, and after the largest was moved away.
+LeftBehindViewModel::Leftovers scanned() {
+    LeftBehindViewModel::Leftovers known{.found = DemoSessions::leftovers(), .hasScanned = true};
+    known.lastTrashed = known.found.front();
+    known.found.erase(known.found.begin());
+    return known;
+}
+
+void openExpanded(Application& application, Date now, const AgentSession& session) {
+    std::vector<AgentSession> sessions = DemoSessions::afternoon(now);
+    *std::ranges::find(sessions, AgentStatus::Case::working, [](const auto& each) { return each.status.value; }) =
+        session;
+    open(application, sessions);
+    application.panel().agents.toggle(QString::fromStdString(session.id));
 }
 
 struct Scene {
@@ -42,6 +76,36 @@ constexpr std::array scenes{
     Scene{"open", [](Application& to, Date now) { open(to, DemoSessions::afternoon(now)); }},
     Scene{"many", [](Application& to, Date now) { open(to, DemoSessions::crowd(now)); }},
     Scene{"empty", [](Application& to, Date) { open(to, {}); }},
+    Scene{"open-expanded", [](Application& to, Date now) { openExpanded(to, now, DemoSessions::working(now)); }},
+    Scene{"open-expanded-long",
+          [](Application& to, Date now) { openExpanded(to, now, DemoSessions::overflowing(now)); }},
+    Scene{"usage", [](Application& to, Date now) { openAt(to, now, Section::Usage); }},
+    Scene{"usage-counting",
+          [](Application& to, Date now) {
+              openAt(to, now, Section::Usage);
+              to.panel().usage.show({}, false, now);
+          }},
+    Scene{"usage-none",
+          [](Application& to, Date now) {
+              openAt(to, now, Section::Usage);
+              to.panel().usage.show({}, true, now);
+          }},
+    Scene{"left-running",
+          [](Application& to, Date now) {
+              openAt(to, now, Section::LeftBehind);
+              to.panel().leftBehind.showLeftovers({.found = DemoSessions::leftovers(), .hasScanned = true});
+          }},
+    Scene{"leftovers", [](Application& to, Date now) { openLeftovers(to, now, scanned()); }},
+    Scene{"leftovers-new", [](Application& to, Date now) { openLeftovers(to, now, {}); }},
+    Scene{"leftovers-none", [](Application& to, Date now) { openLeftovers(to, now, {.hasScanned = true}); }},
+    Scene{"leftovers-failed",
+          [](Application& to, Date now) {
+              openLeftovers(to, now,
+                            {.found = DemoSessions::leftovers(),
+                             .isScanning = true,
+                             .hasScanned = true,
+                             .trashError = "node_modules of storefront stays where it is: its disk is read-only."});
+          }},
 };
 
 } // namespace

@@ -7,7 +7,9 @@ namespace kippo {
 void Panel::load(QQuickView& view) {
     view.setInitialProperties({{QStringLiteral("stage"), QVariant::fromValue(&stage)},
                                {QStringLiteral("notch"), QVariant::fromValue(&notch)},
-                               {QStringLiteral("agents"), QVariant::fromValue(&agents)}});
+                               {QStringLiteral("agents"), QVariant::fromValue(&agents)},
+                               {QStringLiteral("leftBehind"), QVariant::fromValue(&leftBehind)},
+                               {QStringLiteral("usage"), QVariant::fromValue(&usage)}});
     view.setSource(QUrl{QStringLiteral("qrc:/qt/qml/Kippo/NotchPanel.qml")});
 }
 

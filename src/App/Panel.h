@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Agents/Views/AgentsViewModel.h"
+#include "Agents/Views/LeftBehindViewModel.h"
+#include "Agents/Views/UsageViewModel.h"
 #include "Notch/Views/NotchStage.h"
 #include "Notch/Views/NotchViewModel.h"
 
@@ -10,7 +12,7 @@ namespace kippo {
 
 /// What the panel's window shows: the notch's state and the view models over it.
 struct Panel {
-    explicit Panel(Scheduler& scheduler) : agents(scheduler) {}
+    explicit Panel(Scheduler& scheduler) : agents(scheduler), leftBehind(scheduler) {}
 
     /// Fills `view`; the panel must outlive what the view shows.
     void load(QQuickView& view);
@@ -19,6 +21,8 @@ struct Panel {
     NotchStage stage;
     NotchViewModel notch{model};
     AgentsViewModel agents;
+    LeftBehindViewModel leftBehind;
+    UsageViewModel usage;
 };
 
 } // namespace kippo

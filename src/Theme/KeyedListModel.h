@@ -42,11 +42,17 @@ public:
 
     const std::vector<Row>& rows() const { return rows_; }
 
-    /// Becomes `rows`, in that order; no two have the same id.
+    /// Becomes `rows`, in that order. Of rows with the same id the first counts.
     void show(std::vector<Row> rows) {
-        removeMissing(rows);
-        for (std::size_t row = 0; row < rows.size(); ++row) {
-            place(row, std::move(rows[row]));
+        std::vector<Row> wanted;
+        for (Row& row : rows) {
+            if (std::ranges::find(wanted, row.id, &Row::id) == wanted.end()) {
+                wanted.push_back(std::move(row));
+            }
+        }
+        removeMissing(wanted);
+        for (std::size_t row = 0; row < wanted.size(); ++row) {
+            place(row, std::move(wanted[row]));
         }
     }
 

@@ -13,6 +13,8 @@ QtObject {
     readonly property int conceal: reduced ? 0 : 90
     /// A row finds its new place in the list.
     readonly property int shift: reduced ? 0 : 240
+    /// A row opens or folds up.
+    readonly property int unfold: reduced ? 0 : 200
     /// Small answers to the pointer.
     readonly property int touch: reduced ? 0 : 100
 }

@@ -8,6 +8,11 @@ QtObject {
     readonly property color hover: "#141416"
     readonly property color hairline: "#1f1f22"
     readonly property color chip: "#1c1c1f"
+    /// What can be clicked, under the pointer, and what the keyboard is at.
+    readonly property color control: "#222226"
+    readonly property color controlHover: "#323238"
+    readonly property color focus: "#5aa9ff"
+    readonly property color bar: "#3a3a40"
 
     readonly property color text: "#f5f5f7"
     readonly property color textSecondary: "#b8b8bd"
@@ -32,6 +37,7 @@ QtObject {
     readonly property int titleSize: 13
     readonly property int bodySize: 12
     readonly property int metaSize: 11
+    readonly property int figureSize: 26
 
     /// Everything stands on a grid of 4.
     readonly property int unit: 4
@@ -41,6 +47,11 @@ QtObject {
     readonly property int rowHeight: 52
     readonly property int badgeSize: 28
     readonly property int chipHeight: 16
+    readonly property int controlHeight: 22
+    readonly property int lineHeight: 18
+    readonly property int shortRowHeight: 30
+    /// The column of what names a fact, such as "Folder".
+    readonly property int labelWidth: 68
     readonly property int smallBadgeSize: 16
     readonly property int lightSize: 10
     /// How far the closed notch's concave shoulders reach in from its ends.

@@ -14,7 +14,7 @@ struct AgentsViewModelTest : testing::Test {
 
     QString timeline() {
         SessionListModel& model = *agents.sessions();
-        return model.data(model.index(0), SessionListModel::timelineRole).toString();
+        return model.data(model.index(0), model.roleNames().key("timeline")).toString();
     }
 };
 

@@ -3,9 +3,11 @@
 #include "App/Application.h"
 #include "App/Prefs.h"
 #include "Fakes/FakeDefaults.h"
+#include "Fakes/FakeDesktop.h"
 #include "Fakes/FakePanelWindow.h"
 #include "Fakes/FakeScheduler.h"
 #include "Fakes/FakeScreens.h"
+#include "Fakes/FakeUrlOpener.h"
 
 namespace kippo {
 
@@ -22,7 +24,7 @@ struct PanelFixture {
         : screens({{.name = "eDP-1", .frame = {0, 0, 1600, 1000}, .isBuiltIn = true, .notch = notch}}) {
         Prefs::registerDefaults(defaults);
         defaults.registerDefault("mascotNightOwl", false);
-        application.emplace(panel, Application::Ports{scheduler, defaults, screens, pointer, window});
+        application.emplace(panel, Application::Ports{scheduler, defaults, screens, pointer, window, desktop, urls});
     }
 
     NotchModel::Mode mode() const { return panel.model.fields().mode; }
@@ -31,6 +33,8 @@ struct PanelFixture {
     FakeDefaults defaults;
     FakeScreens screens;
     FakePointer pointer;
+    FakeDesktop desktop;
+    FakeUrlOpener urls;
     Panel panel{scheduler};
     StageWindow window{panel.stage};
     std::optional<Application> application;

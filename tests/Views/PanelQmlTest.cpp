@@ -1,12 +1,9 @@
-#include "App/DemoScenes.h"
-#include "PanelFixture.h"
+#include "PanelQml.h"
 #include "Samples.h"
 
 #include <QDirIterator>
 #include <QGuiApplication>
 #include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -15,41 +12,6 @@
 
 namespace kippo {
 namespace {
-
-struct PanelQml : PanelFixture {
-    explicit PanelQml(std::optional<Size> notch = {}) : PanelFixture(notch) {
-        QObject::connect(view.engine(), &QQmlEngine::warnings, &view, [this](const QList<QQmlError>& errors) {
-            for (const QQmlError& error : errors) {
-                warnings.append(error.toString());
-            }
-        });
-        view.setColor(Qt::transparent);
-        view.setResizeMode(QQuickView::SizeRootObjectToView);
-        view.setGeometry(0, 0, static_cast<int>(window.frame.width), static_cast<int>(window.frame.height));
-        panel.load(view);
-        view.show();
-    }
-
-    /// Shows the scene as it is when all motion has ended.
-    void arrange(std::string_view scene) {
-        defaults.set("reducedMotion", true);
-        ASSERT_TRUE(DemoScenes::arrange(scene, *application, scheduler.now())) << scene;
-        QTest::qWait(50);
-    }
-
-    QStringList warnings;
-    QQuickView view;
-};
-
-template <typename Visit> void visitShown(QQuickItem* item, const Visit& visit) {
-    if (!item->isVisible() || item->opacity() == 0) {
-        return;
-    }
-    visit(*item);
-    for (QQuickItem* child : item->childItems()) {
-        visitShown(child, visit);
-    }
-}
 
 struct ShownText {
     QString text;
@@ -154,7 +116,8 @@ TEST(PanelQmlTest, RowsTellAScreenReaderWhatTheyAre) {
 
 // The promise that matters most to a laptop: a panel at which nothing happens draws nothing.
 TEST(PanelQmlTest, DrawsNothingWhileNothingMoves) {
-    for (const std::string_view scene : {"closed", "live", "peek-needs-you", "open"}) {
+    for (const std::string_view scene :
+         {"closed", "live", "peek-needs-you", "open", "open-expanded", "usage", "leftovers-failed"}) {
         PanelQml qml;
         ASSERT_TRUE(DemoScenes::arrange(scene, *qml.application, qml.scheduler.now()));
         ASSERT_TRUE(QTest::qWaitFor([&] { return !qml.panel.stage.isMoving(); }));

@@ -26,7 +26,7 @@ std::vector<SessionRow> rows(const QString& ids) {
 QString idsOf(const SessionListModel& model) {
     QString ids;
     for (int i = 0; i < model.rowCount(); ++i) {
-        ids += model.data(model.index(i), SessionListModel::sessionIdRole).toString();
+        ids += model.data(model.index(i), model.roleNames().key("sessionId")).toString();
     }
     return ids;
 }
@@ -69,35 +69,35 @@ TEST(SessionListModel, BecomesTheNewListByRowDifferences) {
 
 TEST(SessionListModel, NameOnlyTheRolesThatDiffer) {
     SessionListModel model;
-    model.show({row("a", "Working"), row("b", "Working")});
+    model.show(std::vector{row("a", "Working"), row("b", "Working")});
     const QSignalSpy changed{&model, &QAbstractItemModel::dataChanged};
 
     SessionRow finished = row("b", "Finished");
     finished.status = AgentLook::Status::Done;
-    model.show({row("a", "Working"), finished});
+    model.show(std::vector{row("a", "Working"), finished});
 
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
     EXPECT_EQ(changed[0][2].value<QList<int>>(),
-              (QList<int>{SessionListModel::statusRole, SessionListModel::sentenceRole}));
+              (QList<int>{model.roleNames().key("status"), model.roleNames().key("sentence")}));
 }
 
 TEST(SessionListModel, ARowThatMovesIsStillItself) {
     SessionListModel model;
-    model.show({row("a", "Working"), row("b", "Working")});
+    model.show(std::vector{row("a", "Working"), row("b", "Working")});
     const QPersistentModelIndex kept{model.index(1)};
 
-    model.show({row("b", "Needs you"), row("a", "Working")});
+    model.show(std::vector{row("b", "Needs you"), row("a", "Working")});
 
     EXPECT_EQ(kept.row(), 0);
-    EXPECT_EQ(model.data(kept, SessionListModel::sentenceRole).toString(), "Needs you");
+    EXPECT_EQ(model.data(kept, model.roleNames().key("sentence")).toString(), "Needs you");
 }
 
 TEST(SessionListModel, OfRowsWithOneIdTheFirstCounts) {
     SessionListModel model;
-    model.show({row("a", "first"), row("a", "second"), row("b")});
+    model.show(std::vector{row("a", "first"), row("a", "second"), row("b")});
     EXPECT_EQ(idsOf(model), "ab");
-    EXPECT_EQ(model.data(model.index(0), SessionListModel::sentenceRole).toString(), "first");
+    EXPECT_EQ(model.data(model.index(0), model.roleNames().key("sentence")).toString(), "first");
 }
 
 } // namespace kippo

@@ -2,67 +2,37 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kippo
 
-/// The page that lists the sessions.
+/// The agents' page: the sessions, or what a click on another section's name shows in their place.
 Item {
     id: page
 
     required property AgentsViewModel agents
+    required property LeftBehindViewModel leftBehind
+    required property UsageViewModel usage
 
-    ListView {
-        id: list
-
+    SessionsSection {
         anchors.fill: parent
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-        model: page.agents.sessions
-        delegate: SessionDelegate {
-            width: ListView.view.width
-        }
+        visible: page.agents.section === AgentsViewModel.Sessions
+        agents: page.agents
+    }
 
-        Accessible.role: Accessible.List
-        Accessible.name: "Agents"
+    Repeater {
+        model: page.agents.section === AgentsViewModel.Usage ? 1 : 0
 
-        add: Transition {
-            NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Motion.reveal }
-        }
-        remove: Transition {
-            NumberAnimation { property: "opacity"; to: 0; duration: Motion.conceal }
-        }
-        // A row that is moved while it still fades in must not stay half-way.
-        displaced: Transition {
-            NumberAnimation { property: "y"; duration: Motion.shift; easing.type: Easing.OutCubic }
-            NumberAnimation { property: "opacity"; to: 1; duration: Motion.reveal }
-        }
-        move: Transition {
-            NumberAnimation { property: "y"; duration: Motion.shift; easing.type: Easing.OutCubic }
-            NumberAnimation { property: "opacity"; to: 1; duration: Motion.reveal }
+        UsageSection {
+            width: page.width
+            height: page.height
+            usage: page.usage
         }
     }
 
-    Rectangle {
-        // The rounded corners are near.
-        anchors.left: parent.left
-        anchors.leftMargin: Theme.gap
-        anchors.right: parent.right
-        anchors.rightMargin: Theme.gap
-        anchors.bottom: parent.bottom
-        height: Theme.rowHeight / 2
-        visible: !list.atYEnd
-        gradient: Gradient {
-            GradientStop { position: 0; color: "transparent" }
-            GradientStop { position: 1; color: Theme.surface }
+    Repeater {
+        model: page.agents.section === AgentsViewModel.LeftBehind ? 1 : 0
+
+        LeftBehindSection {
+            width: page.width
+            height: page.height
+            leftBehind: page.leftBehind
         }
-    }
-
-    ScrollHint {
-        anchors.right: parent.right
-        anchors.rightMargin: -Theme.unit - 2
-        flickable: list
-    }
-
-    EmptySessions {
-        anchors.centerIn: parent
-        anchors.verticalCenterOffset: -Theme.gap
-        visible: page.agents.isEmpty
     }
 }

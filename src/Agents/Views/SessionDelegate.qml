@@ -1,10 +1,13 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Kippo
 
-/// One session: who and where, what it is doing, for how long, and what it costs the machine.
+/// One session: who and where, what it is doing, for how long, and what it costs the machine. A click unfolds the rest.
 Item {
     id: row
 
+    required property AgentsViewModel agents
+    required property string sessionId
     required property int kind
     required property int status
     required property string title
@@ -17,11 +20,30 @@ Item {
     required property list<string> ports
     required property string spoken
     readonly property bool waits: status === AgentLook.Status.NeedsYou
+    readonly property bool isExpanded: agents.expandedId === sessionId
+    /// The keyboard is at this row.
+    readonly property bool hasKeyboard: ListView.isCurrentItem && ListView.view.activeFocus
+    /// From 0, folded up, to 1.
+    property real openness: isExpanded ? 1 : 0
+    /// Of the details; stays known while they leave.
+    property real detailsHeight: 0
 
-    height: Theme.rowHeight
+    function toggle() {
+        agents.toggle(sessionId);
+    }
+
+    height: Theme.rowHeight + Math.round(openness * detailsHeight)
 
     Accessible.role: Accessible.ListItem
     Accessible.name: spoken
+    Accessible.checkable: true
+    Accessible.checked: isExpanded
+    Accessible.description: isExpanded ? "Expanded" : "Press to see more"
+    Accessible.onPressAction: toggle()
+
+    Behavior on openness {
+        NumberAnimation { duration: Motion.unfold; easing.type: Easing.OutCubic }
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -29,7 +51,9 @@ Item {
         anchors.bottomMargin: 1
         radius: Theme.corner
         color: Theme.hover
-        opacity: pointer.hovered ? 1 : 0
+        border.color: Theme.focus
+        border.width: row.hasKeyboard ? 1 : 0
+        opacity: pointer.hovered || row.isExpanded || row.hasKeyboard ? 1 : 0
 
         Behavior on opacity {
             NumberAnimation { duration: Motion.touch }
@@ -40,11 +64,18 @@ Item {
         id: pointer
     }
 
+    MouseArea {
+        width: parent.width
+        height: Theme.rowHeight
+        cursorShape: Qt.PointingHandCursor
+        onClicked: row.toggle()
+    }
+
     AgentBadge {
         id: badge
 
         x: Theme.gap
-        anchors.verticalCenter: parent.verticalCenter
+        y: (Theme.rowHeight - height) / 2
         width: Theme.badgeSize
         height: Theme.badgeSize
         kind: row.kind
@@ -88,6 +119,7 @@ Item {
             anchors.right: parent.right
             height: parent.height
             visible: width > 60
+            opacity: 1 - row.openness
             text: row.request
             color: Theme.textTertiary
         }
@@ -165,6 +197,26 @@ Item {
             font.pixelSize: Theme.metaSize
             horizontalAlignment: Text.AlignRight
             width: 54
+        }
+    }
+
+    Item {
+        x: names.x
+        y: Theme.rowHeight
+        width: row.width - x - Theme.gap
+        height: row.height - y
+        clip: true
+
+        Repeater {
+            // The view model knows one session's details: those of a row that another one takes the place of are gone.
+            model: row.isExpanded || (row.openness > 0 && row.agents.expandedId === "") ? 1 : 0
+
+            SessionDetails {
+                width: row.width - names.x - Theme.gap
+                opacity: row.openness
+                agents: row.agents
+                onImplicitHeightChanged: row.detailsHeight = implicitHeight
+            }
         }
     }
 }

@@ -20,11 +20,7 @@ QStringList portLabels(const std::vector<int>& ports) {
     return labels;
 }
 
-QString spokenRow(const SessionRow& row) {
-    QStringList parts{row.title, row.project, row.sentence, row.timeline};
-    parts.removeAll(QString{});
-    return parts.join(QStringLiteral(", "));
-}
+QString spokenRow(const SessionRow& row) { return spokenLine({row.title, row.project, row.sentence, row.timeline}); }
 
 } // namespace
 

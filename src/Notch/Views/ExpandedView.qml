@@ -1,12 +1,15 @@
 import QtQuick
 import Kippo
 
-/// The open panel: the page's name and its summary on either side of the cut-out, the way to the settings, the page below.
+/// The open panel: the page's sections and its summary on either side of the cut-out, the way to the settings, the page
+/// below.
 Item {
     id: expanded
 
     required property NotchViewModel notch
     required property AgentsViewModel agents
+    required property LeftBehindViewModel leftBehind
+    required property UsageViewModel usage
     /// How far the shoulders take the body in.
     required property real shoulder
     readonly property real inset: shoulder + Theme.margin
@@ -18,11 +21,10 @@ Item {
         width: expanded.width - 2 * x
         height: expanded.notch.notchHeight
 
-        PlainText {
+        SectionTabs {
             height: parent.height
-            text: "Agents"
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.DemiBold
+            agents: expanded.agents
+            leftBehind: expanded.leftBehind
         }
 
         Row {
@@ -84,5 +86,7 @@ Item {
         // Four rows fit exactly, clear of the rounded corners.
         height: expanded.height - y - 6
         agents: expanded.agents
+        leftBehind: expanded.leftBehind
+        usage: expanded.usage
     }
 }

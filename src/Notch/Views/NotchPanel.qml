@@ -9,6 +9,8 @@ Item {
     required property NotchStage stage
     required property NotchViewModel notch
     required property AgentsViewModel agents
+    required property LeftBehindViewModel leftBehind
+    required property UsageViewModel usage
 
     Binding {
         target: Motion
@@ -67,6 +69,8 @@ Item {
             shoulder: panel.stage.expandedShoulder
             notch: panel.notch
             agents: panel.agents
+            leftBehind: panel.leftBehind
+            usage: panel.usage
         }
     }
 }
