@@ -117,7 +117,7 @@ AgentSession verbose(Date now) {
 AgentSession overflowing(Date now) {
     auto made =
         session("over", AgentKind::codex,
-                "/home/dev/work/customers/a-customer-with-a-long-name/monorepo/packages/frontend/applications/shop",
+                "/home/dev/clients/a-customer-with-a-long-name/monorepo/packages/frontend/applications/shop",
                 AgentStatus::working(), now - 2s);
     made.workingSince = now - 3h;
     made.prompt =
