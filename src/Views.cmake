@@ -110,8 +110,8 @@ qt_add_qml_module(kippo_views
     Mascot/Views/MascotItem.h
     Mascot/Views/MascotPainter.h
     Mascot/Views/MascotSheet.h
-    Mascot/Views/MascotViewModel.h
     Agents/Views/UsageViewModel.h
+    Mascot/Views/MascotViewModel.h
     Theme/StatusGlyph.h
     Theme/Texts.h
     Notch/Views/NotchSilhouette.h

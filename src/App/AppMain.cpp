@@ -2,6 +2,7 @@
 #include "App/Application.h"
 #include "App/DemoDefaults.h"
 #include "App/DemoDirector.h"
+#include "App/DemoMachine.h"
 #include "App/DemoScenes.h"
 #include "App/Panel.h"
 #include "App/Prefs.h"
@@ -27,6 +28,7 @@
 #include <QImage>
 #include <QQuickView>
 #include <QSocketNotifier>
+#include <algorithm>
 #include <cstdio>
 #include <expected>
 
@@ -169,8 +171,15 @@ int runDemo(const DemoOptions& options) {
         notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window, notch.desktop, notch.urls}};
 
     DemoDirector director{scheduler};
-    director.onSessions = [&](const std::vector<AgentSession>& sessions) { application.showSessions(sessions); };
+    director.onSessions = [&](const std::vector<AgentSession>& sessions) {
+        const auto isDone = [](const AgentSession& session) { return session.status.isDone(); };
+        application.showSessions(sessions, static_cast<std::size_t>(std::ranges::count_if(sessions, isDone)));
+    };
     director.onAlert = [&](const AgentSession& session) { application.agentAlert(session); };
+    const DemoMachine machine{notch.panel, scheduler};
+    notch.panel.agents.onDismiss = [&](const AgentSession& session) { director.dismiss(session.id); };
+    notch.panel.agents.onClear = [&] { director.clearFinished(); };
+    notch.panel.agents.onStop = [&](Pid pid) { director.end(pid); };
     if (options.scene.isEmpty()) {
         director.start();
         return QGuiApplication::exec();

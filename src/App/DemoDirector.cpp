@@ -99,6 +99,16 @@ void DemoDirector::leave(const std::string& id) {
     onSessions(sessions_);
 }
 
+void DemoDirector::clearFinished() {
+    std::erase_if(sessions_, [](const AgentSession& session) { return session.status.isDone(); });
+    onSessions(sessions_);
+}
+
+void DemoDirector::end(Pid pid) {
+    std::erase_if(sessions_, [pid](const AgentSession& session) { return session.rootPID == pid; });
+    onSessions(sessions_);
+}
+
 void DemoDirector::sort() {
     std::ranges::stable_sort(sessions_, {}, [](const auto& session) { return session.status.value; });
 }

@@ -24,6 +24,12 @@ public:
     void stop();
     bool isRunning() const { return isRunning_; }
 
+    /// What a person does to the list.
+    void dismiss(const std::string& id) { leave(id); }
+    void clearFinished();
+    /// The session with this process ends.
+    void end(Pid pid);
+
 private:
     struct Step;
     static const std::vector<Step>& script();

@@ -1,4 +1,5 @@
 #include "App/DemoDirector.h"
+#include "App/DemoMachine.h"
 #include "Fakes/FakeScheduler.h"
 
 #include <algorithm>
@@ -42,6 +43,25 @@ TEST_F(DemoTest, ThePlayShowsEveryStatusAndStartsOver) {
     director.start();
     scheduler.advance(Seconds{2});
     EXPECT_EQ(sizes.back(), 1U);
+}
+
+TEST(DemoMachineTest, ActionsWorkOnTheSamplesAlone) {
+    FakeScheduler scheduler;
+    Panel panel{scheduler};
+    const DemoMachine machine{panel, scheduler};
+    LeftBehindViewModel& page = panel.leftBehind;
+    EXPECT_EQ(page.processes()->rowCount(), 3);
+    page.hideAll();
+    EXPECT_EQ(page.countText(), "");
+    page.scan();
+    EXPECT_TRUE(page.isScanning());
+    scheduler.advance(Seconds{5});
+    const auto before = page.leftovers()->rows().front().id;
+    page.trash(before);
+    EXPECT_NE(page.leftovers()->rows().front().id, before);
+    page.undoTrash();
+    EXPECT_EQ(page.leftovers()->rows().front().id, before);
+    EXPECT_EQ(page.undoText(), "");
 }
 
 } // namespace

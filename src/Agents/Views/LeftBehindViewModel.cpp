@@ -134,10 +134,10 @@ void LeftBehindViewModel::trash(const QString& path) {
     if (found == known_.found.end() || !onTrash || moving_.contains(found->path)) {
         return;
     }
-    const Leftover chosen = *found;
-    moving_.insert(chosen.path);
+    moving_.insert(found->path);
     formatLeftovers();
-    onTrash(chosen);
+    // The list that it is part of may change at once.
+    onTrash(Leftover{*found});
 }
 
 void LeftBehindViewModel::undoTrash() const {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <set>
+#include <tuple>
 
 namespace kippo {
 
@@ -99,10 +100,8 @@ void SessionDetail::showActivity(const AgentSession& session) {
 
 void SessionDetail::showProcesses(const AgentSession& session) {
     std::vector<ProcInfo> children = session.children;
-    std::ranges::stable_sort(children, [&session](const ProcInfo& a, const ProcInfo& b) {
-        const bool aListens = !portsOf(session, a).empty();
-        const bool bListens = !portsOf(session, b).empty();
-        return aListens != bListens ? aListens : a.rssKB > b.rssKB;
+    std::ranges::sort(children, {}, [&session](const ProcInfo& child) {
+        return std::tuple{portsOf(session, child).empty(), -child.rssKB, child.pid};
     });
     std::vector<ProcessRow> rows;
     std::set<int> told;

@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace kippo {
 
@@ -92,8 +93,8 @@ void UsageViewModel::showWeek(const UsageScanner::Report& report, bool isKnown, 
 
 void UsageViewModel::showProjects(const UsageScanner::Report& report) {
     std::vector<std::pair<std::string, Totals>> projects{report.byProjectToday.begin(), report.byProjectToday.end()};
-    std::ranges::stable_sort(projects, [](const auto& a, const auto& b) {
-        return std::pair{a.second.cost, a.second.tokens} > std::pair{b.second.cost, b.second.tokens};
+    std::ranges::sort(projects, {}, [](const auto& project) {
+        return std::tuple{-project.second.cost, -project.second.tokens, project.first};
     });
     Totals highest;
     for (const auto& [folder, totals] : projects) {
