@@ -59,10 +59,10 @@ struct AgentsPageQmlTest : testing::Test, PanelQml {
 TEST_F(AgentsPageQmlTest, AClickUnfoldsARowAndAnotherTakesItsPlace) {
     click("storefront");
     EXPECT_EQ(panel.agents.expandedId(), "work");
-    EXPECT_TRUE(find("1.2M tokens, $3.41") && find("Dismiss"));
+    EXPECT_TRUE(find("1.2M tokens, $3.41 today") && find("Dismiss"));
     panel.agents.toggle("second");
     QTest::qWait(100);
-    EXPECT_FALSE(find("1.2M tokens, $3.41"));
+    EXPECT_FALSE(find("1.2M tokens, $3.41 today"));
     click("atlas");
     EXPECT_EQ(panel.agents.expandedId(), "");
     EXPECT_FALSE(find("Dismiss"));

@@ -67,8 +67,9 @@ Item {
     Row {
         id: figures
 
-        anchors.right: actions.left
-        anchors.rightMargin: Theme.margin
+        // Room for the longest that the actions can be, so that nothing moves between two clicks.
+        anchors.right: parent.right
+        anchors.rightMargin: 148
         height: parent.height
 
         PlainText {

@@ -44,24 +44,48 @@ Item {
             lines: 2
         }
 
-        Fact {
+        Item {
             width: parent.width
-            label: "Folder"
-            text: details.detail.folder
-            elide: Text.ElideMiddle
-        }
+            height: Theme.lineHeight
+            visible: folder.visible || today.visible
 
-        Fact {
-            width: parent.width
-            label: "Today"
-            text: details.detail.usage
+            Fact {
+                id: folder
+
+                width: today.x - Theme.margin
+                label: "Folder"
+                text: details.detail.folder
+                elide: Text.ElideMiddle
+            }
+
+            PlainText {
+                id: today
+
+                anchors.right: parent.right
+                height: parent.height
+                visible: details.detail.usage !== ""
+                text: visible ? details.detail.usage + " today" : ""
+                color: Theme.textSecondary
+            }
         }
+    }
+
+    PlainText {
+        id: helpLine
+
+        y: facts.height
+        width: parent.width
+        height: Theme.lineHeight
+        text: details.help !== "" ? details.help : details.agents.problem
+        color: details.help !== "" ? Theme.textTertiary : Theme.needsYou
+        font.pixelSize: Theme.metaSize
+        horizontalAlignment: dismiss.isActive || stop.isActive ? Text.AlignRight : Text.AlignLeft
     }
 
     Item {
         id: actions
 
-        y: facts.height + Theme.gap
+        y: helpLine.y + helpLine.height
         width: parent.width
         height: Theme.controlHeight
 
@@ -110,22 +134,10 @@ Item {
         }
     }
 
-    PlainText {
-        id: helpLine
-
-        y: actions.y + actions.height
-        width: parent.width
-        height: Theme.lineHeight + 2
-        text: details.help !== "" ? details.help : details.agents.problem
-        color: details.help !== "" ? Theme.textTertiary : Theme.needsYou
-        font.pixelSize: Theme.metaSize
-        horizontalAlignment: dismiss.isActive || stop.isActive ? Text.AlignRight : Text.AlignLeft
-    }
-
     Column {
         id: running
 
-        y: helpLine.y + helpLine.height
+        y: actions.y + actions.height + Theme.gap
         width: parent.width
         bottomPadding: Theme.gap
         spacing: 2

@@ -39,7 +39,7 @@ Item {
                 required property bool isToday
 
                 width: week.width / 7
-                height: parent.height
+                height: week.height - heading.height
 
                 Accessible.role: Accessible.ListItem
                 Accessible.name: amounts
