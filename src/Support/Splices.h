@@ -14,7 +14,7 @@ public:
     bool empty() const { return changes_.empty(); }
 
     /// `bytes` in place of those from `begin` to before `end`; offsets are those of the unchanged text.
-    void replace(std::size_t begin, std::size_t end, std::string bytes) { changes_[{begin, end}] += std::move(bytes); }
+    void replace(std::size_t begin, std::size_t end, std::string_view bytes) { changes_[{begin, end}] += bytes; }
 
     std::string applied(std::string_view text) const {
         std::string out;
