@@ -3,6 +3,7 @@
 #include "App/DemoSessions.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace kippo {
 
@@ -110,7 +111,8 @@ void DemoDirector::end(Pid pid) {
 }
 
 void DemoDirector::sort() {
-    std::ranges::stable_sort(sessions_, {}, [](const auto& session) { return session.status.value; });
+    std::ranges::sort(sessions_, {},
+                      [](const auto& session) { return std::tuple{session.status.value, session.workingSince}; });
 }
 
 } // namespace kippo
