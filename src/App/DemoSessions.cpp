@@ -115,10 +115,9 @@ AgentSession verbose(Date now) {
 }
 
 AgentSession overflowing(Date now) {
-    auto made =
-        session("over", AgentKind::codex,
-                "/home/dev/clients/a-customer-with-a-long-name/monorepo/packages/frontend/applications/shop",
-                AgentStatus::working(), now - 2s);
+    auto made = session("over", AgentKind::codex,
+                        "/home/dev/clients/a-customer-with-a-long-name/monorepo/packages/frontend/applications/shop",
+                        AgentStatus::working(), now - 2s);
     made.workingSince = now - 3h;
     made.prompt =
         "Please go through the whole code base 🎉, find every place where a date is formatted by hand, replace it "
