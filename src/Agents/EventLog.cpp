@@ -1,9 +1,9 @@
 #include "Agents/EventLog.h"
 
+#include "Support/InputFile.h"
 #include "Support/Text.h"
 
 #include <cstdio>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,12 +42,11 @@ std::vector<std::string> EventLog::readLines() {
     if (size == offset_) {
         return {};
     }
-    const int descriptor = open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) {
+    const InputFile file{path_};
+    if (file.descriptor() < 0) {
         return {};
     }
-    const std::string bytes = readFrom(descriptor, offset_, size);
-    close(descriptor);
+    const std::string bytes = readFrom(file.descriptor(), offset_, size);
     const auto end = bytes.rfind('\n');
     if (end == std::string::npos) {
         return {};

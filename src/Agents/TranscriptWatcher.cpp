@@ -1,5 +1,6 @@
 #include "Agents/TranscriptWatcher.h"
 
+#include "Support/InputFile.h"
 #include "Support/LocalTime.h"
 #include "Support/Text.h"
 
@@ -10,7 +11,6 @@
 #include <cstring>
 #include <ctime>
 #include <dirent.h>
-#include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <sys/stat.h>
@@ -30,34 +30,6 @@ constexpr std::string_view extension = ".jsonl";
 constexpr std::size_t headBytes = 65536;
 /// No path is longer.
 constexpr std::size_t pathBytes = 4096;
-
-class File {
-public:
-    // O_NONBLOCK so that a pipe under a transcript's name cannot hold the program up.
-    explicit File(const std::string& path)
-        : descriptor_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY)) {}
-    ~File() {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
-        }
-    }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-
-    int descriptor() const { return descriptor_; }
-
-private:
-    int descriptor_;
-};
-
-Date modified(const struct stat& info) {
-#ifdef __APPLE__
-    const auto& time = info.st_mtimespec;
-#else
-    const auto& time = info.st_mtim;
-#endif
-    return dateFromUnix(static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9);
-}
 
 /// Calls `entry(name)` for everything in the folder but "." and ".."; a folder that cannot be read is empty.
 void forEachEntry(const std::string& folder, const std::function<void(std::string_view name)>& entry) {
@@ -294,7 +266,7 @@ bool TranscriptWatcher::refresh(const std::string& path, Watched& watched) {
     }
     watched.size = size;
     watched.inode = inode;
-    const File file{path};
+    const InputFile file{path};
     auto state = file.descriptor() < 0 ? std::nullopt : read(path, file.descriptor(), watched);
     if (state) {
         keepSettled(watched.state, *state);
@@ -371,7 +343,7 @@ bool TranscriptWatcher::subagentWrites(const State& state, const std::string& pa
 
 void TranscriptWatcher::completeGemini(State& state, const std::string& path, Watched& watched) {
     if (!watched.project) {
-        const File file{path.substr(0, path.rfind("/chats/")) + "/.project_root"};
+        const InputFile file{path.substr(0, path.rfind("/chats/")) + "/.project_root"};
         std::string root;
         watched.project = file.descriptor() >= 0 && readAt(file.descriptor(), 0, pathBytes, root)
                               ? Text::validUtf8(Text::trimmed(root))

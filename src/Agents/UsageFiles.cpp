@@ -1,12 +1,12 @@
 #include "Agents/UsageFiles.h"
 
 #include "Support/ByteSearch.h"
+#include "Support/InputFile.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
-#include <fcntl.h>
 #include <set>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,15 +21,6 @@ constexpr std::string_view extension = ".jsonl";
 
 /// Small enough that a block is still in the processor's cache when its bytes are looked at.
 constexpr std::size_t blockBytes = std::size_t{256} << 10U;
-
-Date modified(const struct stat& info) {
-#ifdef __APPLE__
-    const auto& time = info.st_mtimespec;
-#else
-    const auto& time = info.st_mtim;
-#endif
-    return dateFromUnix(static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9);
-}
 
 struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
@@ -93,32 +84,15 @@ private:
     std::set<std::pair<dev_t, ino_t>> seen_;
 };
 
-class File {
-public:
-    // O_NONBLOCK so that a pipe that took a transcript's place cannot hold the program up.
-    explicit File(const std::string& path)
-        : descriptor_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY)) {}
-    ~File() {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
+/// The number of bytes read at `offset`; 0 at the end and on failure.
+std::size_t readAt(const InputFile& file, std::uint64_t offset, char* into, std::size_t size) {
+    for (;;) {
+        const auto got = ::pread(file.descriptor(), into, size, static_cast<off_t>(offset));
+        if (got >= 0 || errno != EINTR) {
+            return static_cast<std::size_t>(std::max<ssize_t>(got, 0));
         }
     }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-
-    /// The number of bytes read; 0 at the end and on failure.
-    std::size_t read(std::uint64_t offset, char* into, std::size_t size) const {
-        for (;;) {
-            const auto got = ::pread(descriptor_, into, size, static_cast<off_t>(offset));
-            if (got >= 0 || errno != EINTR) {
-                return static_cast<std::size_t>(std::max<ssize_t>(got, 0));
-            }
-        }
-    }
-
-private:
-    int descriptor_;
-};
+}
 
 } // namespace
 
@@ -139,14 +113,14 @@ void LineReader::makeRoom(std::size_t used, std::size_t wanted) {
 LineReader::Reached LineReader::read(const std::string& path, std::uint64_t from, std::uint64_t to,
                                      const std::atomic<bool>& cancelled,
                                      const std::function<void(std::string_view text)>& lines) {
-    const File file{path};
+    const InputFile file{path};
     Reached reached{.line = from, .byte = from};
     std::size_t used = 0; // bytes of a line that has not ended yet
     bool passing = false; // within a line that is too long
     while (reached.byte < to && !cancelled.load(std::memory_order_relaxed)) {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(blockBytes, to - reached.byte));
         makeRoom(used, wanted);
-        const std::size_t got = file.read(reached.byte, buffer_.get() + used, wanted);
+        const std::size_t got = readAt(file, reached.byte, buffer_.get() + used, wanted);
         if (got == 0) {
             break;
         }
