@@ -89,7 +89,7 @@ void Application::agentAlert(const AgentSession& session) {
 }
 
 void Application::updateLiveActivity() {
-    const LiveChoice choice = chooseLive(lights_, ports_.defaults, ports_.scheduler.now());
+    const LiveChoice choice = chooseLive(lights_, std::nullopt, ports_.defaults, ports_.scheduler.now());
     notch_.setLive(choice.primary, choice.secondary);
 }
 

@@ -14,13 +14,24 @@ bool isNight(Date now) {
 
 } // namespace
 
-LiveChoice chooseLive(std::optional<AgentsActivity> agents, const UserDefaults& defaults, Date now) {
+std::optional<FocusActivity> focusActivity(const FocusStore& focus) {
+    if (!focus.isRunning() && !focus.isPaused()) {
+        return std::nullopt;
+    }
+    return FocusActivity{focus.phase(), focus.endsAt(), focus.total(), focus.pausedRemaining()};
+}
+
+LiveChoice chooseLive(std::optional<AgentsActivity> agents, std::optional<FocusActivity> focus,
+                      const UserDefaults& defaults, Date now) {
     if (!defaults.get<bool>("showLiveActivity")) {
         return {};
     }
     std::vector<LiveActivity> candidates;
     if (agents) {
         candidates.emplace_back(std::move(*agents));
+    }
+    if (focus) {
+        candidates.emplace_back(*focus);
     }
     if (candidates.empty() && defaults.get<bool>("mascotEnabled") && defaults.get<bool>("mascotNightOwl") &&
         isNight(now)) {

@@ -12,8 +12,12 @@ struct LiveChoice {
     bool operator==(const LiveChoice&) const = default;
 };
 
-/// The first two of what goes on, most important first: the agents at work, then what else joins `LiveActivity`. At
-/// night, when nothing goes on, the mascot sleeps in the wing. Nothing when the user wants no live activity.
-LiveChoice chooseLive(std::optional<AgentsActivity> agents, const UserDefaults& defaults, Date now);
+/// The focus timer as a live activity; nothing while it is idle.
+std::optional<FocusActivity> focusActivity(const FocusStore& focus);
+
+/// The first two of what goes on, most important first: the agents at work, the focus timer. At night, when nothing
+/// goes on, the mascot sleeps in the wing. Nothing when the user wants no live activity.
+LiveChoice chooseLive(std::optional<AgentsActivity> agents, std::optional<FocusActivity> focus,
+                      const UserDefaults& defaults, Date now);
 
 } // namespace kippo

@@ -10,6 +10,10 @@ namespace {
 constexpr Seconds hoverBeforeOpening{0.07};
 constexpr Seconds absenceBeforeClosing{0.2};
 
+constexpr Seconds mascotTime{16};
+constexpr Seconds mascotTimeOnceLeft{6};
+constexpr Seconds mascotRespite{4};
+
 constexpr double narrowestCutout = 40;
 constexpr double widestCutout = 480;
 
@@ -27,7 +31,7 @@ NotchController::NotchController(NotchModel& model, Scheduler& scheduler, UserDe
     moves_ = pointer_.observeMoves([this] { refreshPointer(); });
     presses_ = pointer_.observePresses([this] { pressed(); });
     layout();
-    window_.setVisible(true);
+    updateVisible();
 }
 
 /// Applies `change` to a copy of the state, publishes it, and moves the window's shape accordingly.
@@ -36,6 +40,7 @@ template <typename Change> void NotchController::change(Change change) {
     change(fields);
     model_.set(std::move(fields));
     showShape();
+    updateVisible();
 }
 
 void NotchController::showShape() {
@@ -53,6 +58,7 @@ void NotchController::expand(std::optional<NotchTab> tab, bool fromKeyboard) {
     }
     cancelPending();
     peekWork_.cancel();
+    hideMascot();
     NotchTab chosen = tab.value_or(tabThatFits());
     if (!isEnabled(chosen, defaults_)) {
         chosen = NotchTab::agents;
@@ -68,6 +74,7 @@ void NotchController::expand(std::optional<NotchTab> tab, bool fromKeyboard) {
         }
     });
     pointer_.setFollowing(true);
+    updateKeyboard();
     refreshPointer();
 }
 
@@ -87,7 +94,7 @@ void NotchController::collapse() {
         fields.wantsNoteFocus = false;
         fields.mode = model_.restingMode();
     });
-    window_.setTakesKeyboard(false);
+    updateKeyboard();
     pointer_.setFollowing(false);
     hoverSuppressed_ = isPointerInside();
     refreshPointer();
@@ -113,14 +120,17 @@ void NotchController::setHidden(bool hidden) {
         collapse();
     }
     isHidden_ = hidden;
-    window_.setVisible(!hidden);
+    if (hidden) {
+        hideMascot();
+    }
+    updateVisible();
     refreshPointer();
 }
 
 // Announcements and live activities
 
 void NotchController::peek(PeekContent content, Seconds duration) {
-    if (isHidden_ || mode() == NotchModel::Mode::expanded) {
+    if (isAway() || mode() == NotchModel::Mode::expanded) {
         return;
     }
     change([&](NotchModel::Fields& fields) {
@@ -151,6 +161,73 @@ void NotchController::setLive(std::optional<LiveActivity> primary, std::optional
     refreshPointer();
 }
 
+// The mascot's messages
+
+void NotchController::showMascot(const MascotMessage& message) {
+    if (isAway() || mode() == NotchModel::Mode::expanded) {
+        return;
+    }
+    change([&](NotchModel::Fields& fields) { fields.mascot = message; });
+    hideMascotAfter(mascotTime);
+    refreshPointer();
+}
+
+void NotchController::hideMascot() {
+    mascotWork_.cancel();
+    isMascotWatched_ = isMascotAttended_ = mascotHasKeyboard_ = false;
+    mascotPlace_.reset();
+    change([](NotchModel::Fields& fields) { fields.mascot.reset(); });
+    updateKeyboard();
+}
+
+void NotchController::hideMascotAfter(Seconds delay) {
+    mascotWork_ = scheduler_.after(delay, [this] { mascotIsDue(); });
+}
+
+void NotchController::mascotIsDue() {
+    if (isMascotAttended_) {
+        hideMascotAfter(mascotRespite);
+    } else {
+        hideMascot();
+    }
+}
+
+void NotchController::setMascotAttended(bool attended) {
+    isMascotWatched_ = attended && model_.fields().mascot;
+    followMascotAttention();
+}
+
+void NotchController::setMascotPlace(std::optional<Rect> place) {
+    mascotPlace_ = place;
+    followMascotAttention();
+}
+
+bool NotchController::isPointerOverMascot() const {
+    const auto position = mascotPlace_ ? pointer_.position() : std::nullopt;
+    if (!position) {
+        return false;
+    }
+    const double x = position->x - frame_.x - mascotPlace_->x;
+    const double y = position->y - frame_.y - mascotPlace_->y;
+    return x >= 0 && y >= 0 && x < mascotPlace_->width && y < mascotPlace_->height;
+}
+
+/// A message that nobody comes near has its whole time; one that the person leaves has been read.
+void NotchController::followMascotAttention() {
+    const bool attended = model_.fields().mascot && (isMascotWatched_ || isPointerOverMascot());
+    if (isMascotAttended_ && !attended && model_.fields().mascot) {
+        hideMascotAfter(mascotTimeOnceLeft);
+    }
+    isMascotAttended_ = attended;
+}
+
+void NotchController::focusMascot() {
+    if (model_.fields().mascot) {
+        mascotHasKeyboard_ = true;
+        updateKeyboard();
+    }
+}
+
 // What keeps the panel open
 
 bool NotchController::staysOpen() const {
@@ -168,8 +245,13 @@ void NotchController::setEditingNote(bool editing) {
         fields.isEditingNote = editing;
         fields.wantsNoteFocus = false;
     });
-    window_.setTakesKeyboard(editing);
+    updateKeyboard();
     refreshPointer();
+}
+
+/// The panel has the keyboard for typing, and wherever the person came by the keyboard.
+void NotchController::updateKeyboard() {
+    window_.setTakesKeyboard(openedFromKeyboard_ || model_.fields().isEditingNote || mascotHasKeyboard_);
 }
 
 void NotchController::setDragging(bool dragging) {
@@ -191,6 +273,7 @@ void NotchController::layout() {
         return; // every screen is unplugged: be where we were when one comes back
     }
     adopt(*screen, screen == chooseScreen(screens, "builtIn"));
+    updateStepsAside();
     refreshPointer();
 }
 
@@ -228,6 +311,35 @@ void NotchController::settingsChanged() {
     layout();
 }
 
+// Full-screen windows
+
+void NotchController::follow(FullScreenWatcher& watcher) {
+    fullScreen_ = &watcher;
+    fullScreenChanged_ = watcher.observe([this] {
+        updateStepsAside();
+        refreshPointer();
+    });
+    updateStepsAside();
+}
+
+void NotchController::updateStepsAside() {
+    stepsAside_ = fullScreen_ && defaults_.get<std::string>("fullScreen") == "stepAside" &&
+                  fullScreen_->fillsScreenAt({screenFrame_.x, screenFrame_.y});
+    if (stepsAside_ && model_.fields().mascot) {
+        hideMascot();
+    }
+    updateVisible();
+}
+
+/// Whoever asks for the panel by a key or from the menu gets it, over a film, too.
+void NotchController::updateVisible() {
+    const bool visible = !isHidden_ && (!stepsAside_ || mode() == NotchModel::Mode::expanded);
+    if (visible != isVisible_) {
+        isVisible_ = visible;
+        window_.setVisible(visible);
+    }
+}
+
 // The pointer
 
 bool NotchController::isPointerInside() const {
@@ -238,7 +350,7 @@ bool NotchController::isPointerInside() const {
 void NotchController::refreshPointer() {
     const bool inside = isPointerInside();
     const bool isExpanded = mode() == NotchModel::Mode::expanded;
-    const bool isHovering = inside && !isExpanded && !hoverSuppressed_;
+    const bool isHovering = inside && !isExpanded && !hoverSuppressed_ && !isAway();
     const bool isDragging = model_.fields().isDragging && pointer_.isButtonPressed();
     if (isHovering != model_.fields().isHovering || isDragging != model_.fields().isDragging) {
         change([=](NotchModel::Fields& fields) {
@@ -252,9 +364,10 @@ void NotchController::refreshPointer() {
     if (isExpanded) {
         schedule(inside || staysOpen() ? Pending::none : Pending::closing);
     } else {
-        const bool opens = inside && !hoverSuppressed_ && !isHidden_ && defaults_.get<bool>("openOnHover");
+        const bool opens = isHovering && defaults_.get<bool>("openOnHover");
         schedule(opens ? Pending::opening : Pending::none);
     }
+    followMascotAttention();
 }
 
 /// Makes `kind` the work that waits. Work of that kind that waits already keeps its time, or a pointer that never rests
@@ -279,7 +392,7 @@ void NotchController::cancelPending() {
 void NotchController::pendingIsDue(Pending kind) {
     pendingKind_ = Pending::none;
     const bool inside = isPointerInside();
-    if (kind == Pending::opening && inside) {
+    if (kind == Pending::opening && inside && !isAway()) {
         expand();
     } else if (kind == Pending::closing && !inside && !staysOpen()) {
         collapse();

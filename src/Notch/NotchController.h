@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Notch/FullScreenWatcher.h"
 #include "Notch/NotchModel.h"
 #include "Notch/PanelWindow.h"
 #include "Notch/Screens.h"
@@ -31,6 +32,23 @@ public:
     void peek(PeekContent content, Seconds duration);
     /// What the wings of the closed notch show; `secondary` goes into the other wing.
     void setLive(std::optional<LiveActivity> primary, std::optional<LiveActivity> secondary);
+
+    /// Has the mascot say `message` beside the closed notch: for 16 s, and then on for as long as the person attends to
+    /// it. Once the person has left it, it goes after 6 s. Ignored while the panel is open or hidden; opening the panel
+    /// ends it.
+    void showMascot(const MascotMessage& message);
+    /// It was answered, or is over.
+    void hideMascot();
+    /// The pointer is over the message or the keyboard in it, as the message's view sees it.
+    void setMascotAttended(bool attended);
+    /// Where the message takes the pointer, in the panel's window; nothing while it is not drawn.
+    void setMascotPlace(std::optional<Rect> place);
+    /// Puts the keyboard into the message, if there is one. It goes back when the message goes.
+    void focusMascot();
+
+    /// From now on steps aside for full-screen windows on its screen where the setting "fullScreen" is "stepAside": the
+    /// closed notch is hidden, and nothing is announced. `watcher` must outlive the controller.
+    void follow(FullScreenWatcher& watcher);
 
     /// Hides the whole notch; nothing opens while it is hidden.
     void setHidden(bool hidden);
@@ -70,6 +88,15 @@ private:
     void endPeek();
     void pressed();
     void settingsChanged();
+    bool isPointerOverMascot() const;
+    void followMascotAttention();
+    void hideMascotAfter(Seconds delay);
+    void mascotIsDue();
+    void updateKeyboard();
+    /// Nothing of the closed notch is to be seen.
+    bool isAway() const { return isHidden_ || stepsAside_; }
+    void updateStepsAside();
+    void updateVisible();
 
     NotchModel& model_;
     Scheduler& scheduler_;
@@ -86,10 +113,20 @@ private:
     bool openedFromKeyboard_ = false;
     bool hoverSuppressed_ = false;
     bool isHidden_ = false;
+    bool stepsAside_ = false; ///< a full-screen window has the screen
+    bool isVisible_ = false;  ///< as the window was told last
 
+    std::optional<Rect> mascotPlace_;
+    bool isMascotWatched_ = false;  ///< the message's view says that the person attends to it
+    bool isMascotAttended_ = false; ///< and so it was when looked at last
+    bool mascotHasKeyboard_ = false;
+
+    FullScreenWatcher* fullScreen_ = nullptr;
     Pending pendingKind_ = Pending::none;
     Timer pending_;
     Timer peekWork_;
+    Timer mascotWork_;
+    Subscription fullScreenChanged_;
     Subscription screensChanged_;
     Subscription defaultsChanged_;
     Subscription moves_;

@@ -2,6 +2,8 @@
 
 #include "Support/UserDefaults.h"
 
+#include <algorithm>
+
 namespace kippo {
 
 std::vector<NotchTab> enabledTabs(const UserDefaults& defaults) {
@@ -21,6 +23,13 @@ std::vector<NotchTab> enabledTabs(const UserDefaults& defaults) {
         }
     }
     return tabs;
+}
+
+bool hasPage(NotchTab tab) { return tab == NotchTab::agents || tab == NotchTab::focus; }
+
+Seconds FocusActivity::remaining(Date now) const {
+    const Seconds left = paused.value_or(endsAt ? *endsAt - now : Seconds{0});
+    return std::max(left, Seconds{0});
 }
 
 void NotchModel::set(Fields fields) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Agents/LiveSummary.h"
+#include "Focus/FocusStore.h"
+#include "Mascot/MascotMessage.h"
 #include "Notch/Geometry.h"
 #include "Support/Observers.h"
 
@@ -19,15 +21,29 @@ enum class NotchTab { home, agents, focus, clipboard, notes, music, revenue };
 /// The pages to show, in order: the optional ones by their settings, agents, clipboard and notes always.
 std::vector<NotchTab> enabledTabs(const UserDefaults& defaults);
 
+/// Whether `tab` has a page yet. A page joins with its feature; until then the agents' page is shown in its place.
+bool hasPage(NotchTab tab);
+
 /// What an announcement shows. New kinds of announcement join the variant with their feature.
 using PeekContent = std::variant<AgentSession>;
 
 /// What the wings of the closed notch show while something goes on.
 using AgentsActivity = LiveSummary;
+/// The focus timer, running or paused.
+struct FocusActivity {
+    FocusStore::Phase phase = FocusStore::Phase::focus;
+    std::optional<Date> endsAt; ///< nothing while paused
+    Seconds total{0};
+    std::optional<Seconds> paused; ///< what was left when it was paused
+    bool operator==(const FocusActivity&) const = default;
+
+    /// What is left at `now`; never less than nothing.
+    Seconds remaining(Date now) const;
+};
 struct SleepingActivity {
     bool operator==(const SleepingActivity&) const = default;
 };
-using LiveActivity = std::variant<AgentsActivity, SleepingActivity>;
+using LiveActivity = std::variant<AgentsActivity, FocusActivity, SleepingActivity>;
 
 /// The notch's state, read by every view and changed by NotchController alone.
 class NotchModel {
@@ -42,7 +58,8 @@ public:
         std::optional<PeekContent> peek;
         std::optional<LiveActivity> live;
         std::optional<LiveActivity> secondaryLive;
-        bool isHovering = false; ///< the pointer rests over the closed notch
+        std::optional<MascotMessage> mascot; ///< what the mascot says beside the closed notch
+        bool isHovering = false;             ///< the pointer rests over the closed notch
         bool isPinned = false;
         bool isEditingNote = false;
         bool isDragging = false;

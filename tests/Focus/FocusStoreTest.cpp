@@ -1,6 +1,7 @@
 #include "Focus/FocusStore.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeScheduler.h"
+#include "Focus/FocusCountdown.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -241,6 +242,16 @@ TEST_F(FocusStoreTest, RestingItHardlyWakes) {
     store->resume();
     store->reset();
     EXPECT_EQ(scheduler.pendingCount(), waiting) << "one timer, whatever happens";
+}
+
+TEST(FocusCountdownTest, RoundsUpToAWholeSecond) {
+    const std::vector<std::pair<double, const char*>> texts{
+        {61.2, "1:02"}, {59.01, "1:00"}, {60, "1:00"}, {0.4, "0:01"}, {0, "0:00"}, {-3, "0:00"}, {5400, "90:00"}};
+    for (const auto& [left, text] : texts) {
+        EXPECT_EQ(FocusCountdown::clockText(Seconds{left}), text) << left;
+    }
+    EXPECT_NEAR(FocusCountdown::untilNextSecond(Seconds{61.2}).count(), 0.2, 1e-6);
+    EXPECT_NEAR(FocusCountdown::untilNextSecond(Seconds{61}).count(), 1, 1e-6);
 }
 
 } // namespace kippo

@@ -1,3 +1,4 @@
+#include "Fakes/FakeFullScreenWatcher.h"
 #include "NotchFixture.h"
 
 namespace kippo {
@@ -89,6 +90,7 @@ TEST_F(NotchControllerTest, StaysOpenForAReasonAndClosesWhenTheReasonIsGone) {
 
 TEST_F(NotchControllerTest, AClickElsewhereClosesUnlessPinned) {
     notch.expand(NotchTab::agents, true);
+    EXPECT_TRUE(window.hasKeyboard);
     scheduler.advance(Seconds{5});
     EXPECT_EQ(mode(), Mode::expanded) << "opened from the keyboard, the pointer does not matter";
     notch.setPinned(true);
@@ -101,8 +103,10 @@ TEST_F(NotchControllerTest, AClickElsewhereClosesUnlessPinned) {
     pointer.moveTo(away);
     pointer.press();
     EXPECT_EQ(mode(), Mode::collapsed);
+    EXPECT_FALSE(window.hasKeyboard);
 
     notch.expand(NotchTab::agents);
+    EXPECT_FALSE(window.hasKeyboard);
     scheduler.advance(Seconds{0.3});
     EXPECT_EQ(mode(), Mode::collapsed) << "closing forgets how it was opened before";
 }
@@ -114,6 +118,8 @@ TEST_F(NotchControllerTest, ClosingClearsWhatBelongsToTheOpenPanel) {
     notch.setEditingNote(true);
     EXPECT_TRUE(window.hasKeyboard);
     EXPECT_FALSE(model.fields().wantsNoteFocus);
+    notch.setEditingNote(false);
+    EXPECT_TRUE(window.hasKeyboard) << "the page keys go on working";
     notch.setPinned(true);
     notch.collapse();
     EXPECT_FALSE(window.hasKeyboard);
@@ -144,6 +150,7 @@ TEST_F(NotchControllerTest, OpensOnThePageThatFits) {
     const std::vector<Case> cases{
         {agentsLive, clipboard, {}, {}, agents},
         {SleepingActivity{}, clipboard, {}, {}, focus},
+        {FocusActivity{}, clipboard, {}, {}, focus},
         {SleepingActivity{}, clipboard, {}, {"showFocusTab"}, agents},
         {{}, clipboard, {}, {}, clipboard},
         {{}, music, {}, {"showMusicTab"}, home},
@@ -248,6 +255,93 @@ TEST_F(NotchControllerTest, AHiddenNotchNeverOpens) {
     EXPECT_TRUE(window.isVisible);
     hover();
     EXPECT_EQ(mode(), Mode::expanded);
+}
+
+namespace {
+
+MascotMessage question() {
+    MascotMessage message;
+    message.id = 7;
+    message.text = "Are you working?";
+    return message;
+}
+
+} // namespace
+
+TEST_F(NotchControllerTest, AMessageWaitsForThePersonAndGoesOnceLeft) {
+    const auto speaks = [this] { return model.fields().mascot.has_value(); };
+    const Rect place{300, 32, 150, 80}; // in the panel's window; on the desktop its left edge is at 584 + 300
+    const Point onMessage{900, 50};
+
+    notch.showMascot(question());
+    notch.setMascotPlace(place);
+    pointer.moveTo(away);
+    scheduler.advance(Seconds{15.9});
+    EXPECT_TRUE(speaks()) << "a pointer that is busy elsewhere does not shorten it";
+    scheduler.advance(Seconds{0.2});
+    EXPECT_FALSE(speaks());
+
+    notch.showMascot(question());
+    notch.setMascotPlace(place);
+    pointer.moveTo(onMessage);
+    EXPECT_EQ(mode(), Mode::collapsed);
+    scheduler.advance(Seconds{60});
+    EXPECT_TRUE(speaks()) << "put off by four seconds, over and over";
+    pointer.moveTo(away);
+    scheduler.advance(Seconds{5.9});
+    EXPECT_TRUE(speaks());
+    scheduler.advance(Seconds{0.2});
+    EXPECT_FALSE(speaks());
+
+    notch.showMascot(question());
+    notch.focusMascot();
+    EXPECT_TRUE(window.hasKeyboard);
+    notch.setMascotAttended(true); // by the keyboard
+    pointer.moveTo(away);
+    scheduler.advance(Seconds{40});
+    EXPECT_TRUE(speaks());
+    notch.hideMascot(); // answered
+    EXPECT_FALSE(speaks() || window.hasKeyboard);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+}
+
+TEST_F(NotchControllerTest, AMessageNeedsAClosedNotchThatIsThere) {
+    const auto speaks = [this] { return model.fields().mascot.has_value(); };
+    notch.showMascot(question());
+    notch.expand(NotchTab::focus);
+    EXPECT_FALSE(speaks());
+    notch.showMascot(question());
+    EXPECT_FALSE(speaks());
+    notch.collapse();
+    notch.showMascot(question());
+    notch.setHidden(true);
+    notch.setHidden(false);
+    EXPECT_FALSE(speaks());
+}
+
+TEST_F(NotchControllerTest, StepsAsideForAFilmOnItsScreenWhereTheSettingSaysSo) {
+    FakeFullScreenWatcher films;
+    notch.follow(films);
+    films.fill(Point{0, 0});
+    EXPECT_TRUE(window.isVisible) << "it stays unless told otherwise";
+    defaults.set("fullScreen", "stepAside");
+    EXPECT_FALSE(window.isVisible);
+    hover();
+    notch.peek(session(AgentStatus::done()), Seconds{2});
+    notch.showMascot(question());
+    EXPECT_EQ(mode(), Mode::collapsed);
+    EXPECT_FALSE(model.fields().mascot || window.isVisible);
+
+    pointer.moveTo(away);
+    notch.toggle(NotchTab::agents);
+    EXPECT_TRUE(window.isVisible) << "whoever presses its key wants it";
+    notch.collapse();
+    EXPECT_FALSE(window.isVisible);
+    films.fill(Point{1920, 0});
+    EXPECT_TRUE(window.isVisible) << "another screen's film";
+    films.fill(Point{0, 0});
+    films.fill({});
+    EXPECT_TRUE(window.isVisible);
 }
 
 TEST_F(NotchControllerTest, ObserversHearOfChangesOnly) {
