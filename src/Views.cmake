@@ -79,6 +79,8 @@ set(kippo_views_sources
   Mascot/Views/MascotPainter.cpp
   Mascot/Views/MascotSheet.cpp
   Mascot/Views/MascotViewModel.cpp
+  Theme/Appearance.cpp
+  Theme/Palette.cpp
   Theme/StatusGlyph.cpp
   Notch/Views/NotchSilhouette.cpp
   Notch/Views/NotchStage.cpp
@@ -101,6 +103,7 @@ qt_add_qml_module(kippo_views
   SOURCES
     ${kippo_views_sources}
     Theme/AgentBadge.h
+    Theme/Appearance.h
     Theme/AgentLook.h
     Agents/Views/AgentsViewModel.h
     Agents/Views/LeftBehindViewModel.h

@@ -47,6 +47,7 @@ class DemoLook final : public DesktopLook {
 public:
     explicit DemoLook(bool isDark) : isDark_(isDark) {}
     bool isDark() const override { return isDark_; }
+    std::optional<std::uint32_t> accent() const override { return {}; }
     [[nodiscard]] Subscription observe(std::function<void()>) override { return {}; }
 
 private:

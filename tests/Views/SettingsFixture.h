@@ -10,7 +10,7 @@
 #include "Fakes/FakeTrash.h"
 #include "Fakes/FakeUserFiles.h"
 #include "Fakes/PrivateHome.h"
-#include "Settings/DesktopLook.h"
+#include "Support/DesktopLook.h"
 
 namespace kippo {
 
@@ -18,6 +18,7 @@ namespace kippo {
 class FakeDesktopLook final : public DesktopLook {
 public:
     bool isDark() const override { return isDark_; }
+    std::optional<std::uint32_t> accent() const override { return {}; }
     [[nodiscard]] Subscription observe(std::function<void()> callback) override {
         return observers_.add(std::move(callback));
     }

@@ -1,5 +1,7 @@
 #include "Platform/Qt/QtDesktopLook.h"
 
+#include <QColor>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -17,7 +19,8 @@ constexpr auto service = "org.freedesktop.portal.Desktop";
 constexpr auto path = "/org/freedesktop/portal/desktop";
 constexpr auto interface = "org.freedesktop.portal.Settings";
 constexpr auto group = "org.freedesktop.appearance";
-constexpr auto key = "color-scheme";
+constexpr auto schemeKey = "color-scheme";
+constexpr auto accentKey = "accent-color";
 
 /// Without an address Qt would start a bus of its own.
 bool hasSessionBus() {
@@ -35,36 +38,58 @@ QVariant unwrapped(QVariant value) {
     return value;
 }
 
+/// The portal's red, green and blue, each 0 to 1, as 0xRRGGBB. It says "none" with values outside of that.
+std::optional<std::uint32_t> colour(const QVariant& value) {
+    if (value.userType() != qMetaTypeId<QDBusArgument>()) {
+        return {};
+    }
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != u"(ddd)") {
+        return {};
+    }
+    double red = -1, green = -1, blue = -1;
+    argument.beginStructure();
+    argument >> red >> green >> blue;
+    argument.endStructure();
+    for (const double part : {red, green, blue}) {
+        if (!(part >= 0 && part <= 1)) {
+            return {};
+        }
+    }
+    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue)).rgb() &
+           0xffffffU;
+}
+
 } // namespace
 
 QtDesktopLook::QtDesktopLook() : isDark_(isPaletteDark()) {
     qGuiApp->installEventFilter(this);
     if (hasSessionBus()) {
-        askPortal();
+        QDBusConnection::sessionBus().connect(QString{}, path, interface, QStringLiteral("SettingChanged"), this,
+                                              SLOT(settingChanged(QString, QString, QDBusVariant)));
+        askPortal(schemeKey);
+        askPortal(accentKey);
     }
 }
 
 Subscription QtDesktopLook::observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
 
-void QtDesktopLook::askPortal() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(QString{}, path, interface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+void QtDesktopLook::askPortal(const char* key) {
     QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     question << QString::fromLatin1(group) << QString::fromLatin1(key);
-    auto* watcher = new QDBusPendingCallWatcher{bus.asyncCall(question), this};
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+    auto* watcher = new QDBusPendingCallWatcher{QDBusConnection::sessionBus().asyncCall(question), this};
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, key] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (!reply.isError()) {
-            take(unwrapped(QVariant::fromValue(reply.value())).toUInt());
+            take(QString::fromLatin1(key), unwrapped(QVariant::fromValue(reply.value())));
         }
         watcher->deleteLater();
     });
 }
 
 void QtDesktopLook::settingChanged(const QString& changedGroup, const QString& changedKey, const QDBusVariant& value) {
-    if (changedGroup == QLatin1String{group} && changedKey == QLatin1String{key}) {
-        take(unwrapped(value.variant()).toUInt());
+    if (changedGroup == QLatin1String{group}) {
+        take(changedKey, unwrapped(value.variant()));
     }
 }
 
@@ -75,13 +100,18 @@ bool QtDesktopLook::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-void QtDesktopLook::take(std::optional<unsigned> portal) {
-    portal_ = portal;
-    update();
+void QtDesktopLook::take(const QString& key, const QVariant& value) {
+    if (key == QLatin1String{schemeKey}) {
+        scheme_ = value.toUInt();
+        update();
+    } else if (key == QLatin1String{accentKey} && accent_ != colour(value)) {
+        accent_ = colour(value);
+        observers_.notify();
+    }
 }
 
 void QtDesktopLook::update() {
-    const bool isDark = portal_ == 1U || (portal_.value_or(0) == 0 && isPaletteDark());
+    const bool isDark = scheme_ == 1U || (scheme_.value_or(0) == 0 && isPaletteDark());
     if (isDark != isDark_) {
         isDark_ = isDark;
         observers_.notify();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Settings/DesktopLook.h"
+#include "Support/DesktopLook.h"
 
 #include <QDBusVariant>
 #include <QObject>
@@ -16,6 +16,7 @@ public:
     QtDesktopLook();
 
     bool isDark() const override { return isDark_; }
+    std::optional<std::uint32_t> accent() const override { return accent_; }
     [[nodiscard]] Subscription observe(std::function<void()> callback) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -23,11 +24,12 @@ private slots:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
-    void askPortal();
-    void take(std::optional<unsigned> portal);
+    void askPortal(const char* key);
+    void take(const QString& key, const QVariant& value);
     void update();
 
-    std::optional<unsigned> portal_; ///< the portal's "color-scheme": 0 no preference, 1 dark, 2 light
+    std::optional<unsigned> scheme_; ///< the portal's "color-scheme": 0 no preference, 1 dark, 2 light
+    std::optional<std::uint32_t> accent_;
     bool isDark_ = false;
     Observers observers_;
 };

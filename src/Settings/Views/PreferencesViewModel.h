@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Notch/Screens.h"
-#include "Settings/DesktopLook.h"
+#include "Support/DesktopLook.h"
 #include "Support/UserDefaults.h"
 
 #include <QObject>
