@@ -34,6 +34,12 @@ constexpr std::string_view askedKey = "askedWorkingOn";
 
 bool isNight(const LocalTime& time) { return time.hour == 23 || time.hour < 5; }
 
+/// The moment under `key`, while it is still to come.
+std::optional<Date> mutedUntil(const UserDefaults& defaults, std::string_view key, Date now) {
+    const Date until = dateFromUnix(defaults.get<double>(key));
+    return now < until ? std::optional{until} : std::nullopt;
+}
+
 std::string stamp(const LocalTime& time) { return fmt::format("{:04}-{:02}-{:02}", time.year, time.month, time.day); }
 
 } // namespace
@@ -59,8 +65,13 @@ void Coach::goodNight(const Scheduler& scheduler, UserDefaults& defaults) {
     defaults.set(nightMutedKey, unixSeconds(now < today ? today : atHour(startOfLocalDay(now, 1), nightEnds)));
 }
 
-bool Coach::isMuted(std::string_view key, Date now) const {
-    return unixSeconds(now) < ports_.defaults.get<double>(key);
+Coach::Quiet Coach::quiet(const UserDefaults& defaults, Date now) {
+    return {mutedUntil(defaults, mutedKey, now), mutedUntil(defaults, nightMutedKey, now)};
+}
+
+void Coach::speakAgain(UserDefaults& defaults) {
+    defaults.set(mutedKey, 0.0);
+    defaults.set(nightMutedKey, 0.0);
 }
 
 int Coach::focusMinutes() const { return focus_.focusMinutes(); }
@@ -74,7 +85,7 @@ void Coach::say(const MascotMessage& message) {
 void Coach::askIfWorking() {
     const Date now = ports_.scheduler.now();
     const std::string today = stamp(localTime(now));
-    if (!ports_.defaults.get<bool>("mascotEnabled") || isMuted(mutedKey, now) ||
+    if (!ports_.defaults.get<bool>("mascotEnabled") || quiet(ports_.defaults, now).until ||
         focus_.phase() != FocusStore::Phase::idle || ports_.defaults.get<std::string>(askedKey) == today ||
         !ports_.defaults.get<bool>("onboarded") || ports_.isUnsuitable()) {
         return;
@@ -117,7 +128,8 @@ void Coach::followActivity(std::optional<Seconds> idle, Date now) {
 }
 
 void Coach::considerNight(std::optional<Seconds> idle, Date now) {
-    if (!idle || *idle >= presentInput || isMuted(mutedKey, now) || isMuted(nightMutedKey, now) || focus_.isRunning() ||
+    const Quiet silence = quiet(ports_.defaults, now);
+    if (!idle || *idle >= presentInput || silence.until || silence.nightUntil || focus_.isRunning() ||
         now - lastNightNudge_ <= nightCooldown) {
         return;
     }
@@ -127,7 +139,7 @@ void Coach::considerNight(std::optional<Seconds> idle, Date now) {
 }
 
 void Coach::considerDay(Date now) {
-    if (isMuted(mutedKey, now) || focus_.isRunning() || now - lastNudge_ <= cooldown || !activeSince_) {
+    if (quiet(ports_.defaults, now).until || focus_.isRunning() || now - lastNudge_ <= cooldown || !activeSince_) {
         return;
     }
     const Seconds active = now - *activeSince_;

@@ -44,6 +44,17 @@ public:
     /// No night message until six in the morning.
     static void goodNight(const Scheduler& scheduler, UserDefaults& defaults);
 
+    /// How long he keeps quiet by the person's wish.
+    struct Quiet {
+        std::optional<Date> until;      ///< says nothing at all
+        std::optional<Date> nightUntil; ///< says nothing about bed
+        bool operator==(const Quiet&) const = default;
+    };
+    /// As it stands at `now`; what lies in the past is left out.
+    static Quiet quiet(const UserDefaults& defaults, Date now);
+    /// Takes back `muteForToday` and `goodNight`.
+    static void speakAgain(UserDefaults& defaults);
+
     std::function<void(const MascotMessage&)> show;
 
 private:
@@ -52,7 +63,6 @@ private:
     void followActivity(std::optional<Seconds> idle, Date now);
     void considerNight(std::optional<Seconds> idle, Date now);
     void considerDay(Date now);
-    bool isMuted(std::string_view key, Date now) const;
     int focusMinutes() const;
     void say(const MascotMessage& message);
 
