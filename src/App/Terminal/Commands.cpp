@@ -1,6 +1,7 @@
 #include "App/Terminal/Commands.h"
 
 #include "App/Terminal/Arguments.h"
+#include "App/Terminal/Completion.h"
 #include "App/Terminal/DoctorCommand.h"
 #include "App/Terminal/HooksCommand.h"
 #include "App/Terminal/LeftoversCommand.h"
@@ -116,6 +117,10 @@ int application(std::span<char* const> arguments) {
 } // namespace
 
 int run(std::span<char* const> arguments) {
+    if (arguments.size() > 1 && arguments[1] == completionFlag) {
+        print(completions(std::vector<std::string_view>{arguments.begin() + 2, arguments.end()}, commands));
+        return succeeded;
+    }
     const auto parsed = parseArguments(arguments, commands);
     switch (parsed.kind) {
     case Arguments::Kind::start:
