@@ -1,5 +1,5 @@
 #include "Agents/AgentStore.h"
-#include "App/Application.h"
+#include "App/AppDelegate.h"
 #include "App/DemoDefaults.h"
 #include "App/DemoDirector.h"
 #include "App/DemoMachine.h"
@@ -9,15 +9,18 @@
 #include "App/SettingsDemo.h"
 #include "App/SettingsWindow.h"
 #include "Mascot/Views/MascotSheet.h"
+#include "Platform/Linux/DesktopSounds.h"
 #include "Platform/Linux/FreedesktopTrash.h"
 #include "Platform/Linux/InotifyFileWatcher.h"
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Linux/ProcProcessLister.h"
+#include "Platform/Linux/X11HotKeys.h"
 #include "Platform/Linux/XdgUrlOpener.h"
 #include "Platform/Posix/PosixProcessRunner.h"
 #include "Platform/Posix/PosixUserFiles.h"
 #include "Platform/Posix/WorkerQueue.h"
+#include "Platform/Qt/DesktopIdleTime.h"
 #include "Platform/Qt/NotchWindow.h"
 #include "Platform/Qt/QtDesktop.h"
 #include "Platform/Qt/QtDesktopLook.h"
@@ -85,9 +88,19 @@ struct Agents {
     AgentStore store;
 };
 
-/// The notch on this desktop: its window, and what the window shows.
+/// The notch on this desktop: its window, what the window shows, and what it stands on.
 struct Notch {
-    Notch(Scheduler& scheduler) : panel(scheduler) {
+    Notch(Scheduler& scheduler, UserDefaults& defaults)
+        : idleTime(scheduler), stores(scheduler, defaults, sounds), panel(stores, scheduler, defaults),
+          application(stores, panel,
+                      {scheduler, defaults, screens, window, window, desktop, urls, sounds, hotKeys, idleTime}) {
+        if (hotKeys.descriptor() >= 0) {
+            keyPressed.emplace(hotKeys.descriptor(), QSocketNotifier::Read);
+            QObject::connect(&*keyPressed, &QSocketNotifier::activated, &*keyPressed, [this] {
+                // Without a server its descriptor stays readable for good.
+                keyPressed->setEnabled(hotKeys.dispatch());
+            });
+        }
         window.onShow = [this](const NotchShapes& shapes, NotchModel::Mode mode) { panel.stage.show(shapes, mode); };
         QObject::connect(&panel.stage, &NotchStage::shapeChanged, &window.view(),
                          [this] { window.setShape(panel.stage.shape()); });
@@ -97,8 +110,14 @@ struct Notch {
     QtScreens screens;
     QtDesktop desktop;
     XdgUrlOpener urls;
+    DesktopSounds sounds;
+    X11HotKeys hotKeys;
+    std::optional<QSocketNotifier> keyPressed;
+    DesktopIdleTime idleTime;
+    Stores stores;
     Panel panel;
     NotchWindow window;
+    AppDelegate application;
 };
 
 struct DemoOptions {
@@ -124,16 +143,17 @@ int runApplication(const Options& options) {
     JsonUserDefaults defaults{places.configFolder + "/defaults.json"};
     Prefs::registerDefaults(defaults);
     Agents agents{places, scheduler, defaults};
-    Notch notch{scheduler};
-    Application application{
-        notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window, notch.desktop, notch.urls}};
+    Notch notch{scheduler, defaults};
+    AppDelegate& application = notch.application;
     application.follow(agents.store);
     QtDesktopLook look;
     SettingsWindow settingsWindow{{agents.store, scheduler, defaults, notch.screens, look}};
-    application.showSettings = [&settingsWindow](const QString& page) { settingsWindow.show(page); };
-    agents.store.start();
+    application.onShowSettings = [&settingsWindow](const std::string& page) {
+        settingsWindow.show(QString::fromStdString(page));
+    };
+    application.startApp();
     if (options.showsSettings) {
-        settingsWindow.show();
+        application.showSettings();
     }
     const Timer settings = scheduler.every(settingsInterval, settingsTolerance, [&defaults] { defaults.reload(); });
     return QGuiApplication::exec();
@@ -166,10 +186,10 @@ int runDemo(const DemoOptions& options) {
     Prefs::registerDefaults(defaults);
     defaults.set("mascotNightOwl", false);
     defaults.set("reducedMotion", !options.scene.isEmpty());
-    Notch notch{scheduler};
-    Application application{
-        notch.panel, {scheduler, defaults, notch.screens, notch.window, notch.window, notch.desktop, notch.urls}};
-
+    defaults.set("hotKeysEnabled", false);
+    Notch notch{scheduler, defaults};
+    AppDelegate& application = notch.application;
+    application.startApp();
     DemoDirector director{scheduler};
     director.onSessions = [&](const std::vector<AgentSession>& sessions) {
         const auto isDone = [](const AgentSession& session) { return session.status.isDone(); };

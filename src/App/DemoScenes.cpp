@@ -11,7 +11,7 @@ namespace {
 
 constexpr Seconds atLeisure{86400};
 
-void open(Application& application, const std::vector<AgentSession>& sessions) {
+void open(AppDelegate& application, const std::vector<AgentSession>& sessions) {
     const auto over = [](const AgentSession& session) { return session.status.isDone(); };
     application.panel().leftBehind.show(DemoSessions::leftRunning());
     application.showSessions(sessions, static_cast<std::size_t>(std::ranges::count_if(sessions, over)));
@@ -22,14 +22,14 @@ void open(Application& application, const std::vector<AgentSession>& sessions) {
 using Section = AgentsViewModel::Section;
 
 /// The open panel at a section other than its first.
-void openAt(Application& application, Date now, Section section) {
+void openAt(AppDelegate& application, Date now, Section section) {
     open(application, DemoSessions::afternoon(now));
     application.panel().usage.show(DemoSessions::week(), true, now);
     application.panel().agents.setSection(section);
 }
 
 /// Nothing was left running, so that the folders come into sight.
-void openLeftovers(Application& application, Date now, LeftBehindViewModel::Leftovers leftovers) {
+void openLeftovers(AppDelegate& application, Date now, LeftBehindViewModel::Leftovers leftovers) {
     openAt(application, now, Section::LeftBehind);
     application.panel().leftBehind.show({});
     application.panel().leftBehind.showLeftovers(std::move(leftovers));
@@ -43,7 +43,7 @@ LeftBehindViewModel::Leftovers scanned() {
     return known;
 }
 
-void openExpanded(Application& application, Date now, const AgentSession& session) {
+void openExpanded(AppDelegate& application, Date now, const AgentSession& session) {
     std::vector<AgentSession> sessions = DemoSessions::afternoon(now);
     *std::ranges::find(sessions, AgentStatus::Case::working, [](const auto& each) { return each.status.value; }) =
         session;
@@ -53,53 +53,53 @@ void openExpanded(Application& application, Date now, const AgentSession& sessio
 
 struct Scene {
     std::string_view name;
-    void (*arrange)(Application& application, Date now);
+    void (*arrange)(AppDelegate& application, Date now);
 };
 
 constexpr std::array scenes{
-    Scene{"closed", [](Application& to, Date) { to.showSessions({}); }},
+    Scene{"closed", [](AppDelegate& to, Date) { to.showSessions({}); }},
     Scene{"live",
-          [](Application& to, Date now) {
+          [](AppDelegate& to, Date now) {
               to.showSessions(std::vector{DemoSessions::working(now), DemoSessions::running(now)});
           }},
-    Scene{"live-one", [](Application& to, Date now) { to.showSessions(std::vector{DemoSessions::working(now)}); }},
-    Scene{"live-needs-you", [](Application& to, Date now) { to.showSessions(DemoSessions::afternoon(now)); }},
-    Scene{"peek-done", [](Application& to, Date now) { to.notch().peek(DemoSessions::finished(now), atLeisure); }},
+    Scene{"live-one", [](AppDelegate& to, Date now) { to.showSessions(std::vector{DemoSessions::working(now)}); }},
+    Scene{"live-needs-you", [](AppDelegate& to, Date now) { to.showSessions(DemoSessions::afternoon(now)); }},
+    Scene{"peek-done", [](AppDelegate& to, Date now) { to.notch().peek(DemoSessions::finished(now), atLeisure); }},
     Scene{"peek-short",
-          [](Application& to, Date now) {
+          [](AppDelegate& to, Date now) {
               AgentSession session = DemoSessions::working(now);
               session.status = AgentStatus::done();
               to.notch().peek(session, atLeisure);
           }},
-    Scene{"peek-long", [](Application& to, Date now) { to.notch().peek(DemoSessions::verbose(now), atLeisure); }},
-    Scene{"peek-needs-you", [](Application& to, Date now) { to.notch().peek(DemoSessions::waiting(now), atLeisure); }},
-    Scene{"open", [](Application& to, Date now) { open(to, DemoSessions::afternoon(now)); }},
-    Scene{"many", [](Application& to, Date now) { open(to, DemoSessions::crowd(now)); }},
-    Scene{"empty", [](Application& to, Date) { open(to, {}); }},
-    Scene{"open-expanded", [](Application& to, Date now) { openExpanded(to, now, DemoSessions::working(now)); }},
+    Scene{"peek-long", [](AppDelegate& to, Date now) { to.notch().peek(DemoSessions::verbose(now), atLeisure); }},
+    Scene{"peek-needs-you", [](AppDelegate& to, Date now) { to.notch().peek(DemoSessions::waiting(now), atLeisure); }},
+    Scene{"open", [](AppDelegate& to, Date now) { open(to, DemoSessions::afternoon(now)); }},
+    Scene{"many", [](AppDelegate& to, Date now) { open(to, DemoSessions::crowd(now)); }},
+    Scene{"empty", [](AppDelegate& to, Date) { open(to, {}); }},
+    Scene{"open-expanded", [](AppDelegate& to, Date now) { openExpanded(to, now, DemoSessions::working(now)); }},
     Scene{"open-expanded-long",
-          [](Application& to, Date now) { openExpanded(to, now, DemoSessions::overflowing(now)); }},
-    Scene{"usage", [](Application& to, Date now) { openAt(to, now, Section::Usage); }},
+          [](AppDelegate& to, Date now) { openExpanded(to, now, DemoSessions::overflowing(now)); }},
+    Scene{"usage", [](AppDelegate& to, Date now) { openAt(to, now, Section::Usage); }},
     Scene{"usage-counting",
-          [](Application& to, Date now) {
+          [](AppDelegate& to, Date now) {
               openAt(to, now, Section::Usage);
               to.panel().usage.show({}, false, now);
           }},
     Scene{"usage-none",
-          [](Application& to, Date now) {
+          [](AppDelegate& to, Date now) {
               openAt(to, now, Section::Usage);
               to.panel().usage.show({}, true, now);
           }},
     Scene{"left-running",
-          [](Application& to, Date now) {
+          [](AppDelegate& to, Date now) {
               openAt(to, now, Section::LeftBehind);
               to.panel().leftBehind.showLeftovers({.found = DemoSessions::leftovers(), .hasScanned = true});
           }},
-    Scene{"leftovers", [](Application& to, Date now) { openLeftovers(to, now, scanned()); }},
-    Scene{"leftovers-new", [](Application& to, Date now) { openLeftovers(to, now, {}); }},
-    Scene{"leftovers-none", [](Application& to, Date now) { openLeftovers(to, now, {.hasScanned = true}); }},
+    Scene{"leftovers", [](AppDelegate& to, Date now) { openLeftovers(to, now, scanned()); }},
+    Scene{"leftovers-new", [](AppDelegate& to, Date now) { openLeftovers(to, now, {}); }},
+    Scene{"leftovers-none", [](AppDelegate& to, Date now) { openLeftovers(to, now, {.hasScanned = true}); }},
     Scene{"leftovers-failed",
-          [](Application& to, Date now) {
+          [](AppDelegate& to, Date now) {
               openLeftovers(to, now,
                             {.found = DemoSessions::leftovers(),
                              .isScanning = true,
@@ -116,7 +116,7 @@ std::vector<std::string_view> names() {
     return all;
 }
 
-bool arrange(std::string_view name, Application& application, Date now) {
+bool arrange(std::string_view name, AppDelegate& application, Date now) {
     const auto* const found = std::ranges::find(scenes, name, &Scene::name);
     if (found == scenes.end()) {
         return false;

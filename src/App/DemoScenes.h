@@ -1,6 +1,6 @@
 #pragma once
 
-#include "App/Application.h"
+#include "App/AppDelegate.h"
 
 #include <string_view>
 #include <vector>
@@ -14,7 +14,7 @@ namespace DemoScenes {
 std::vector<std::string_view> names();
 
 /// Brings the application into the scene; false when there is none of that name. A peek stays for a day.
-bool arrange(std::string_view name, Application& application, Date now);
+bool arrange(std::string_view name, AppDelegate& application, Date now);
 
 } // namespace DemoScenes
 

@@ -4,6 +4,9 @@
 
 namespace kippo {
 
+Panel::Panel(Stores& /*stores*/, Scheduler& scheduler, UserDefaults& /*defaults*/)
+    : agents(scheduler), leftBehind(scheduler) {}
+
 void Panel::load(QQuickView& view) {
     view.setInitialProperties({{QStringLiteral("stage"), QVariant::fromValue(&stage)},
                                {QStringLiteral("notch"), QVariant::fromValue(&notch)},

@@ -3,6 +3,7 @@
 #include "Agents/Views/AgentsViewModel.h"
 #include "Agents/Views/LeftBehindViewModel.h"
 #include "Agents/Views/UsageViewModel.h"
+#include "App/Stores.h"
 #include "Notch/Views/NotchStage.h"
 #include "Notch/Views/NotchViewModel.h"
 
@@ -12,7 +13,8 @@ namespace kippo {
 
 /// What the panel's window shows: the notch's state and the view models over it.
 struct Panel {
-    explicit Panel(Scheduler& scheduler) : agents(scheduler), leftBehind(scheduler) {}
+    /// `stores` must outlive the panel.
+    Panel(Stores& stores, Scheduler& scheduler, UserDefaults& defaults);
 
     /// Fills `view`; the panel must outlive what the view shows.
     void load(QQuickView& view);

@@ -23,7 +23,7 @@ struct AgentsPageQmlTest : testing::Test, PanelQml {
     }
 
     void show() {
-        application->showSessions(sessions);
+        application.showSessions(sessions);
         QTest::qWait(20);
     }
     QQuickItem* find(const QString& text) const {
@@ -137,13 +137,13 @@ TEST_F(AgentsPageQmlTest, TheKeyboardReachesRowsAndTheirActions) {
 TEST_F(AgentsPageQmlTest, BeginsAnewForWhoComesBackLater) {
     click("storefront");
     click("Usage");
-    application->notch().collapse();
+    application.notch().collapse();
     scheduler.advance(AgentsViewModel::memory / 2);
-    application->notch().expand(NotchTab::agents, true);
+    application.notch().expand(NotchTab::agents, true);
     EXPECT_EQ(panel.agents.section(), AgentsViewModel::Section::Usage);
-    application->notch().collapse();
+    application.notch().collapse();
     scheduler.advance(AgentsViewModel::memory * 2);
-    application->notch().expand(NotchTab::agents, true);
+    application.notch().expand(NotchTab::agents, true);
     EXPECT_EQ(panel.agents.section(), AgentsViewModel::Section::Sessions);
     EXPECT_EQ(panel.agents.expandedId(), "");
 }

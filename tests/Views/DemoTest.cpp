@@ -1,6 +1,8 @@
 #include "App/DemoDirector.h"
 #include "App/DemoMachine.h"
+#include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeScheduler.h"
+#include "Fakes/FakeSounds.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -47,7 +49,10 @@ TEST_F(DemoTest, ThePlayShowsEveryStatusAndStartsOver) {
 
 TEST(DemoMachineTest, ActionsWorkOnTheSamplesAlone) {
     FakeScheduler scheduler;
-    Panel panel{scheduler};
+    FakeDefaults defaults;
+    FakeSounds sounds;
+    Stores stores{scheduler, defaults, sounds};
+    Panel panel{stores, scheduler, defaults};
     const DemoMachine machine{panel, scheduler};
     LeftBehindViewModel& page = panel.leftBehind;
     EXPECT_EQ(page.processes()->rowCount(), 3);

@@ -1,12 +1,15 @@
 #pragma once
 
-#include "App/Application.h"
+#include "App/AppDelegate.h"
 #include "App/Prefs.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeDesktop.h"
+#include "Fakes/FakeHotKeys.h"
+#include "Fakes/FakeIdleTime.h"
 #include "Fakes/FakePanelWindow.h"
 #include "Fakes/FakeScheduler.h"
 #include "Fakes/FakeScreens.h"
+#include "Fakes/FakeSounds.h"
 #include "Fakes/FakeUrlOpener.h"
 
 namespace kippo {
@@ -20,24 +23,36 @@ struct PanelFixture {
         NotchStage& stage;
     };
 
+    /// Settings that nobody has changed yet, except that the mascot does not mind the hour.
+    struct Registration {
+        explicit Registration(UserDefaults& defaults) {
+            Prefs::registerDefaults(defaults);
+            defaults.registerDefault("mascotNightOwl", false);
+        }
+    };
+
     explicit PanelFixture(std::optional<Size> notch = {})
         : screens({{.name = "eDP-1", .frame = {0, 0, 1600, 1000}, .isBuiltIn = true, .notch = notch}}) {
-        Prefs::registerDefaults(defaults);
-        defaults.registerDefault("mascotNightOwl", false);
-        application.emplace(panel, Application::Ports{scheduler, defaults, screens, pointer, window, desktop, urls});
+        application.startApp();
     }
 
     NotchModel::Mode mode() const { return panel.model.fields().mode; }
 
     FakeScheduler scheduler;
     FakeDefaults defaults;
+    Registration registration{defaults};
     FakeScreens screens;
     FakePointer pointer;
     FakeDesktop desktop;
     FakeUrlOpener urls;
-    Panel panel{scheduler};
+    FakeSounds sounds;
+    FakeHotKeys hotKeys;
+    FakeIdleTime idleTime;
+    Stores stores{scheduler, defaults, sounds};
+    Panel panel{stores, scheduler, defaults};
     StageWindow window{panel.stage};
-    std::optional<Application> application;
+    AppDelegate application{
+        stores, panel, {scheduler, defaults, screens, pointer, window, desktop, urls, sounds, hotKeys, idleTime}};
 };
 
 } // namespace kippo

@@ -29,7 +29,7 @@ struct PanelQml : PanelFixture {
     /// Shows the scene as it is when all motion has ended.
     void arrange(std::string_view scene) {
         defaults.set("reducedMotion", true);
-        ASSERT_TRUE(DemoScenes::arrange(scene, *application, scheduler.now())) << scene;
+        ASSERT_TRUE(DemoScenes::arrange(scene, application, scheduler.now())) << scene;
         QTest::qWait(50);
     }
 

@@ -73,12 +73,12 @@ TEST(PanelQmlTest, ShowsTheListAsItChanges) {
     qml.arrange("empty");
     EXPECT_TRUE(shows(qml.view, "No agents running"));
     AgentSession session = sampleSession("a", AgentStatus::working(), qml.scheduler.now());
-    qml.application->showSessions(std::vector{session});
+    qml.application.showSessions(std::vector{session});
     QTest::qWait(50);
     EXPECT_FALSE(shows(qml.view, "No agents running"));
     EXPECT_TRUE(shows(qml.view, "Claude Code") && shows(qml.view, "1 working"));
     session.status = AgentStatus::needsYou("Has a question for you");
-    qml.application->showSessions(std::vector{session});
+    qml.application.showSessions(std::vector{session});
     QTest::qWait(50);
     EXPECT_TRUE(shows(qml.view, "Has a question for you") && shows(qml.view, "1 needs you"));
     EXPECT_EQ(qml.warnings, QStringList{});
@@ -86,10 +86,10 @@ TEST(PanelQmlTest, ShowsTheListAsItChanges) {
 
 TEST(PanelQmlTest, ARowMadeWhileThePanelWasClosedIsWhole) {
     PanelQml qml;
-    qml.application->showSessions(std::vector{sampleSession("a", AgentStatus::working())});
+    qml.application.showSessions(std::vector{sampleSession("a", AgentStatus::working())});
     QTest::qWait(50);
     qml.defaults.set("reducedMotion", true);
-    qml.application->notch().expand(NotchTab::agents, true);
+    qml.application.notch().expand(NotchTab::agents, true);
     QTest::qWait(50);
     EXPECT_TRUE(shows(qml.view, "atlas"));
 }
@@ -119,7 +119,7 @@ TEST(PanelQmlTest, DrawsNothingWhileNothingMoves) {
     for (const std::string_view scene :
          {"closed", "live", "peek-needs-you", "open", "open-expanded", "usage", "leftovers-failed"}) {
         PanelQml qml;
-        ASSERT_TRUE(DemoScenes::arrange(scene, *qml.application, qml.scheduler.now()));
+        ASSERT_TRUE(DemoScenes::arrange(scene, qml.application, qml.scheduler.now()));
         ASSERT_TRUE(QTest::qWaitFor([&] { return !qml.panel.stage.isMoving(); }));
         QTest::qWait(400); // the rows have faded in
         const QSignalSpy frames{&qml.view, &QQuickWindow::frameSwapped};
