@@ -28,6 +28,9 @@ set(kippo_qml
   Agents/Views/SessionsSection.qml
   Agents/Views/UsageSection.qml
   Agents/Views/WeekBars.qml
+  Focus/Views/FocusCountdown.qml
+  Focus/Views/FocusPage.qml
+  Focus/Views/StretchScreen.qml
   Mascot/Views/BubbleButton.qml
   Mascot/Views/MascotBubble.qml
   Theme/StatusCount.qml
@@ -75,6 +78,12 @@ set(kippo_views_sources
   Agents/Views/SessionRow.cpp
   Agents/Views/StopConfirmation.cpp
   Agents/Views/UsageViewModel.cpp
+  Focus/Views/CountdownRing.cpp
+  Focus/Views/FigurePainter.cpp
+  Focus/Views/FocusClock.cpp
+  Focus/Views/FocusViewModel.cpp
+  Focus/Views/StretchFigure.cpp
+  Focus/Views/StretchViewModel.cpp
   Mascot/Views/MascotItem.cpp
   Mascot/Views/MascotPainter.cpp
   Mascot/Views/MascotSheet.cpp
@@ -110,6 +119,12 @@ qt_add_qml_module(kippo_views
     Agents/Views/SessionDetail.h
     Agents/Views/SessionListModel.h
     Agents/Views/SessionRow.h
+    Focus/Views/CountdownRing.h
+    Focus/Views/FigurePainter.h
+    Focus/Views/FocusClock.h
+    Focus/Views/FocusViewModel.h
+    Focus/Views/StretchFigure.h
+    Focus/Views/StretchViewModel.h
     Mascot/Views/MascotItem.h
     Mascot/Views/MascotPainter.h
     Mascot/Views/MascotSheet.h
@@ -128,7 +143,7 @@ qt_add_qml_module(kippo_views
     Theme/KeyedListModel.h
 )
 # The generated registration includes headers by their bare name.
-target_include_directories(kippo_views PRIVATE Agents/Views Mascot/Views Notch/Views Settings/Views Theme)
+target_include_directories(kippo_views PRIVATE Agents/Views Focus/Views Mascot/Views Notch/Views Settings/Views Theme)
 target_link_libraries(kippo_views PUBLIC kippo_core Qt6::Core Qt6::Gui Qt6::Qml Qt6::Quick)
 # Warnings as errors for what people wrote; not for what Qt generates.
 set_source_files_properties(${kippo_views_sources} PROPERTIES

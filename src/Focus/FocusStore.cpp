@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <fmt/format.h>
 #include <limits>
 #include <utility>
 
@@ -16,7 +17,6 @@ namespace {
 using Phase = FocusStore::Phase;
 
 constexpr std::string_view stateKey = "focusState";
-constexpr int cycle = 4;
 
 constexpr Seconds runningInterval{1};
 constexpr Seconds runningTolerance{0.2};
@@ -84,6 +84,28 @@ int FocusStore::minutes(std::string_view key) const {
 
 int FocusStore::focusMinutes() const { return minutes("focusMinutes"); }
 
+int FocusStore::roundsDone() const {
+    const int done = state_.round % rounds;
+    return done == 0 && state_.round > 0 && state_.phase != Phase::focus ? rounds : done;
+}
+
+int FocusStore::steppedMinutes(int minutes, int steps) {
+    constexpr int step = 5;
+    constexpr int longest = 180;
+    for (; steps > 0; --steps) {
+        minutes = minutes < step ? minutes + 1 : (minutes / step + 1) * step;
+    }
+    for (; steps < 0; ++steps) {
+        minutes = minutes <= step ? minutes - 1 : (minutes - 1) / step * step;
+    }
+    return std::clamp(minutes, 1, longest);
+}
+
+std::string FocusStore::clock(Seconds left) {
+    const auto seconds = static_cast<long>(std::ceil(std::max(left.count(), 0.0)));
+    return fmt::format("{}:{:02}", seconds / 60, seconds % 60);
+}
+
 Seconds FocusStore::total() const { return state_.phase == Phase::idle ? focusLength() : state_.total; }
 
 Seconds FocusStore::focusLength() const { return std::chrono::minutes{focusMinutes()}; }
@@ -117,7 +139,7 @@ std::string FocusStore::headline() const {
 std::string FocusStore::subline() const {
     std::string line;
     if (state_.phase == Phase::focus) {
-        line = "Round " + std::to_string(state_.round % cycle + 1) + " of " + std::to_string(cycle) + " · ";
+        line = "Round " + std::to_string(state_.round % rounds + 1) + " of " + std::to_string(rounds) + " · ";
     }
     return line + (state_.completedToday == 1 ? "1 focus session today"
                                               : std::to_string(state_.completedToday) + " focus sessions today");
@@ -141,7 +163,7 @@ void FocusStore::beginNow(Phase phase, int minutes) {
 }
 
 void FocusStore::startBreak() {
-    const bool isLong = state_.round >= 1 && state_.round % cycle == 0;
+    const bool isLong = state_.round >= 1 && state_.round % rounds == 0;
     begin(isLong ? Phase::longBreak : Phase::shortBreak, minutes(isLong ? "longBreakMinutes" : "shortBreakMinutes"));
 }
 
@@ -248,7 +270,7 @@ void FocusStore::finish(bool silently, Date endedAt) {
         if (endedAt >= state_.day) {
             ++state_.completedToday;
         }
-        next = state_.round % cycle == 0 ? Phase::longBreak : Phase::shortBreak;
+        next = state_.round % rounds == 0 ? Phase::longBreak : Phase::shortBreak;
     } else if (ended == Phase::longBreak) {
         state_.round = 0;
     }

@@ -22,6 +22,9 @@ public:
     /// that ended longer ago than this ends without a word.
     static constexpr Seconds longAbsence{1800};
 
+    /// Phases of focus in a cycle, before the long break.
+    static constexpr int rounds = 4;
+
     static constexpr bool isBreak(Phase phase) { return phase == Phase::shortBreak || phase == Phase::longBreak; }
 
     /// Takes up the state that was saved; a phase that ran out meanwhile ends silently.
@@ -38,6 +41,8 @@ public:
     Seconds total() const;
     /// Completed phases of focus in the current cycle of four.
     int round() const { return state_.round; }
+    /// How many rounds of the cycle are done, 0 to 4: all of them until the cycle begins anew.
+    int roundsDone() const;
     int completedToday() const { return state_.completedToday; }
     bool isRunning() const { return state_.endsAt.has_value(); }
     bool isPaused() const { return state_.pausedRemaining.has_value(); }
@@ -47,6 +52,11 @@ public:
 
     /// "focusMinutes", at least 1.
     int focusMinutes() const;
+    /// One step shorter (`steps` -1) or longer (1) than `minutes`: to the next multiple of five, below that by single
+    /// minutes; from 1 to 180.
+    static int steppedMinutes(int minutes, int steps);
+    /// "24:05": minutes and seconds, rounded up to a whole second.
+    static std::string clock(Seconds left);
 
     /// The texts of the page and the widget.
     std::string headline() const;

@@ -35,10 +35,19 @@ struct StretchPose {
     std::string_view cue; ///< what to do, shown under the name
     Seconds duration{30};
     FigurePose (*motion)(Seconds elapsed) = nullptr; ///< how the figure stands so long after the start
+    bool hasSides = false;                           ///< the first half is for the left side, the second for the right
+
+    /// Whether the second side's turn has come.
+    bool isOnSecondSide(Seconds elapsed) const { return hasSides && elapsed >= duration / 2; }
 };
 
 namespace StretchRoutine {
+
 extern const std::array<StretchPose, 5> poses;
+
+/// For whom less motion is better: the moment whose picture stands still for all of `elapsed`'s eighth of a stretch.
+Seconds stillMoment(Seconds elapsed);
+
 } // namespace StretchRoutine
 
 /// Leads through the five stretches, one after another. Main queue only.

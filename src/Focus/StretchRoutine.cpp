@@ -105,7 +105,8 @@ const std::array<StretchPose, 5> StretchRoutine::poses{{
     {.id = 0,
      .name = "Neck tilts",
      .cue = "Drop one ear toward your shoulder and hold. Breathe, then switch sides. Keep your shoulders down.",
-     .motion = neckTilts},
+     .motion = neckTilts,
+     .hasSides = true},
     {.id = 1,
      .name = "Shoulder rolls",
      .cue = "Lift your shoulders up to your ears, roll them back and down. Slow circles.",
@@ -113,16 +114,23 @@ const std::array<StretchPose, 5> StretchRoutine::poses{{
     {.id = 2,
      .name = "Overhead side reach",
      .cue = "Link your fingers above your head, palms up. Lean gently to one side, then the other.",
-     .motion = overheadReach},
+     .motion = overheadReach,
+     .hasSides = true},
     {.id = 3,
      .name = "Wrist and forearm",
      .cue = "Hold one arm out, palm forward. With the other hand, gently pull the fingers back. Then palm down. Switch "
             "at halfway.",
-     .motion = wristAndForearm},
+     .motion = wristAndForearm,
+     .hasSides = true},
     {.id = 4,
      .name = "Chest opener",
      .cue = "Open your arms wide, squeeze your shoulder blades together and lift your chest. Undo the laptop hunch.",
      .motion = chestOpener},
 }};
+
+Seconds StretchRoutine::stillMoment(Seconds elapsed) {
+    constexpr double step = length / 8;
+    return Seconds{(std::floor(std::clamp(elapsed.count() / step, 0.0, 7.0)) + 0.5) * step};
+}
 
 } // namespace kippo

@@ -24,6 +24,10 @@ QtObject {
     readonly property color done: "#4fd08f"
     readonly property color idle: "#838388"
 
+    /// A phase of focus, and a break from it.
+    readonly property color focusing: "#ff8a70"
+    readonly property color resting: "#6fd3c1"
+
     function statusColor(status: int): color {
         switch (status) {
         case AgentLook.Status.NeedsYou: return needsYou;
