@@ -17,6 +17,7 @@ constexpr Command commands[] = {
      .help = "  kippo hooks install [AGENT…]    connect\n  kippo hooks prompt AGENT    print\n"
              "  kippo hooks … --dry-run    only tell\n"},
     {.name = "tidy", .takesWords = true, .usage = "  kippo tidy FOLDER…    clear\n"},
+    {.name = "wait", .takesWords = true, .usage = "  kippo wait [MINUTES]    rest\n"},
 };
 
 /// The words without what they mean, each behind a blank.
@@ -35,7 +36,7 @@ TEST(Completion, SaysWhatTheHelpSays) {
         std::vector<std::string_view> typed;
         std::string expected;
     } cases[] = {
-        {{""}, " show open hooks tidy"},
+        {{""}, " show open hooks tidy wait"},
         {{"s"}, " show"},
         {{"--v"}, " --version"},
         {{"nothing", ""}, ""},
@@ -49,6 +50,7 @@ TEST(Completion, SaysWhatTheHelpSays) {
         {{"hooks", "install", "--dry-run", "codex", "c"}, " claude cursor"},
         {{"hooks", "prompt", "gemini", "c"}, ""},
         {{"tidy", "one", ""}, " :folder"},
+        {{"wait", ""}, " --help"},
     };
     for (const auto& [typed, expected] : cases) {
         EXPECT_EQ(words(typed), expected) << testing::PrintToString(typed);

@@ -20,7 +20,7 @@ struct Synopsis {
 
 constexpr std::string_view start = "  kippo ";
 constexpr std::string_view repeated = "…";
-// The kinds of words that the help texts name.
+// The kinds of words that can be told; others, such as MINUTES, cannot.
 constexpr std::string_view agent = "AGENT";
 constexpr std::string_view folder = "FOLDER";
 
@@ -41,15 +41,16 @@ bool contains(const Words& words, std::string_view word) { return std::ranges::f
 
 bool isOption(std::string_view word) { return word.starts_with('-'); }
 
-/// Whether the help names a kind of word here, not the word itself: "AGENT", "[AGENT…]".
-bool isKind(std::string_view word, std::string_view kind) {
+/// What kind of word the help names here: "AGENT" of "[AGENT…]"; empty where it has the word itself.
+std::string_view kindOf(std::string_view word) {
     word.remove_prefix(word.starts_with('[') ? 1 : 0);
-    return word.starts_with(kind);
+    const auto* const end = std::ranges::find_if_not(word, [](char c) { return c >= 'A' && c <= 'Z'; });
+    return word.substr(0, static_cast<std::size_t>(end - word.begin()));
 }
 
 /// Whether `typed` may stand where the help has `word`, which may be several: "agents|focus".
 bool fits(std::string_view word, std::string_view typed) {
-    return word == repeated || isKind(word, agent) || isKind(word, folder) || contains(Text::split(word, '|'), typed);
+    return word == repeated || !kindOf(word).empty() || contains(Text::split(word, '|'), typed);
 }
 
 /// The word of the help that comes next behind those typed; empty when they do not fit or nothing does.
@@ -79,13 +80,14 @@ public:
     }
 
     void addAllOf(std::string_view word, std::string_view meaning) {
-        if (isKind(word, agent)) {
+        const auto kind = kindOf(word);
+        if (kind == agent) {
             for (const auto hookAgent : allHookAgents) {
                 add(rawValue(hookAgent), displayTitle(agentKind(hookAgent)));
             }
-        } else if (isKind(word, folder)) {
+        } else if (kind == folder) {
             words_.append(folderLine).append("\n");
-        } else {
+        } else if (kind.empty()) {
             for (const auto choice : Text::split(word, '|')) {
                 add(choice, meaning);
             }
