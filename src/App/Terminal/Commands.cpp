@@ -7,6 +7,7 @@
 #include "App/Terminal/LeftoversCommand.h"
 #include "App/Terminal/Onlooker.h"
 #include "App/Terminal/Output.h"
+#include "App/Terminal/PanelCommands.h"
 #include "App/Terminal/UsageCommand.h"
 #include "App/Terminal/Watch.h"
 #include "Platform/Linux/Installation.h"
@@ -79,6 +80,17 @@ constexpr Command commands[] = {
          "  kippo leftovers        big folders that agents' work left behind; trash: see “kippo leftovers --help”\n",
      .help = leftoversHelp,
      .run = leftovers},
+    {.name = "open",
+     .takesWords = true,
+     .usage = "  kippo open PAGE        open the panel, or the settings: see “kippo open --help”\n",
+     .help = openHelp,
+     .run = open},
+    {.name = "focus",
+     .options = "--json",
+     .takesWords = true,
+     .usage = "  kippo focus            the focus timer; start, pause, skip …: see “kippo focus --help”\n",
+     .help = focusHelp,
+     .run = focus},
     {.name = "doctor",
      .options = "--json",
      .usage = "  kippo doctor           look for whatever may keep Kippo from working, and say what to do\n",

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11IdleTime.h"
 #include "Platform/Qt/MutterIdleTime.h"
+#include "Platform/Qt/QtSessionBus.h"
 
 namespace kippo {
 
@@ -10,7 +11,7 @@ class DesktopIdleTime final : public IdleTime {
 public:
     explicit DesktopIdleTime(Scheduler& scheduler) {
         if (!x11_.isAvailable()) {
-            mutter_.emplace(scheduler, QDBusConnection::sessionBus());
+            mutter_.emplace(scheduler, QtSessionBus::connection());
         }
     }
 

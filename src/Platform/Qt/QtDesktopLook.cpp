@@ -1,5 +1,7 @@
 #include "Platform/Qt/QtDesktopLook.h"
 
+#include "Platform/Qt/QtSessionBus.h"
+
 #include <QColor>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -7,7 +9,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QEvent>
-#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -21,12 +22,6 @@ constexpr auto interface = "org.freedesktop.portal.Settings";
 constexpr auto group = "org.freedesktop.appearance";
 constexpr auto schemeKey = "color-scheme";
 constexpr auto accentKey = "accent-color";
-
-/// Without an address Qt would start a bus of its own.
-bool hasSessionBus() {
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
 
 bool isPaletteDark() { return QGuiApplication::palette().color(QPalette::Window).lightness() < 128; }
 
@@ -64,7 +59,7 @@ std::optional<std::uint32_t> colour(const QVariant& value) {
 
 QtDesktopLook::QtDesktopLook() : isDark_(isPaletteDark()) {
     qGuiApp->installEventFilter(this);
-    if (hasSessionBus()) {
+    if (QtSessionBus::isThere()) {
         QDBusConnection::sessionBus().connect(QString{}, path, interface, QStringLiteral("SettingChanged"), this,
                                               SLOT(settingChanged(QString, QString, QDBusVariant)));
         askPortal(schemeKey);
