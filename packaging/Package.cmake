@@ -2,18 +2,11 @@
 
 # packages_of(SECTION OUT): the packages of a section of `packages`, as a Debian relation.
 function(packages_of section out)
-  file(STRINGS ${CMAKE_CURRENT_SOURCE_DIR}/packages lines)
-  set(found)
-  set(current)
-  foreach(line IN LISTS lines)
-    string(REGEX REPLACE "[ \t]*#.*" "" line "${line}")
-    if(line MATCHES "^\\[(.*)\\]$")
-      set(current ${CMAKE_MATCH_1})
-    elseif(line AND current STREQUAL section)
-      list(APPEND found ${line})
-    endif()
-  endforeach()
-  list(JOIN found ", " relation)
+  file(READ ${CMAKE_CURRENT_SOURCE_DIR}/packages text)
+  string(REGEX REPLACE "#[^\n]*" "" text "${text}")
+  string(REGEX MATCH "\\[${section}\\]([^[]*)" found "${text}")
+  string(STRIP "${CMAKE_MATCH_1}" names)
+  string(REGEX REPLACE "[ \n]+" ", " relation "${names}")
   set(${out} "${relation}" PARENT_SCOPE)
 endfunction()
 
