@@ -18,10 +18,12 @@ set(CPACK_PACKAGE_VENDOR "The Kippo authors")
 set(CPACK_PACKAGE_CONTACT "The Kippo authors")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "shows which coding agents work, need you or are done")
 set(CPACK_PACKAGE_DESCRIPTION
-"Kippo sits at the top centre of the screen and shows at a glance which coding agents are working, which need the user and
-which are done: Claude Code, Codex, Cursor Agent, Gemini CLI, opencode and Aider. It starts small, like a laptop's camera
-notch, widens for a moment when a session needs the user or finishes, and opens into the list under the pointer. The same
-list and more is there in the terminal.")
+"Kippo sits at the top centre of the screen and shows at a glance which coding
+agents are working, which need the user and which are done: Claude Code, Codex,
+Cursor Agent, Gemini CLI, opencode and Aider. It starts small, like a laptop's
+camera notch, widens for a moment when a session needs the user or finishes,
+and opens into the list under the pointer. The same list and more is there in
+the terminal.")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
