@@ -5,6 +5,8 @@
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace kippo {
 
@@ -127,6 +129,67 @@ TEST(JsonUserDefaults, NeverLosesAFileThatItCannotRead) {
         EXPECT_EQ(folder.read(file + ".damaged"), damage);
         EXPECT_EQ(folder.read(file + ".damaged-2"), "again");
     }
+}
+
+TEST(JsonUserDefaults, TwoProcessesLoseNoneOfEachOthersKeys) {
+    const PrivateHome folder;
+    const std::string file = folder.path() + "/defaults.json";
+    constexpr int keys = 200;
+    const auto fill = [&](const std::string& who) {
+        JsonUserDefaults defaults{file};
+        for (int i = 0; i < keys; ++i) {
+            defaults.set(who + std::to_string(i), std::int64_t{i});
+        }
+    };
+    const pid_t child = fork();
+    if (child == 0) {
+        fill("theirs");
+        _exit(0);
+    }
+    fill("ours");
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    const JsonUserDefaults both{file};
+    for (int i = 0; i < keys; ++i) {
+        EXPECT_EQ(both.get<std::int64_t>("ours" + std::to_string(i), -1), i);
+        EXPECT_EQ(both.get<std::int64_t>("theirs" + std::to_string(i), -1), i);
+    }
+}
+
+TEST(JsonUserDefaults, AWriteThatFailedIsMadeUpForWithoutUndoingAnEdit) {
+    const PrivateHome folder;
+    const std::string file = folder.path() + "/defaults.json";
+    folder.write(file, R"({"a": 1})");
+    JsonUserDefaults defaults{file};
+    fs::permissions(file, fs::perms{0400}); // nobody may write to it
+    defaults.set("b", true);
+    EXPECT_TRUE(defaults.get<bool>("b"));
+    EXPECT_EQ(folder.read(file), R"({"a": 1})");
+    fs::permissions(file, fs::perms{0600});
+    folder.write(file, R"({"a": 2})");
+    defaults.set("c", true);
+    const JsonUserDefaults again{file};
+    EXPECT_EQ(again.get<std::int64_t>("a"), 2);
+    EXPECT_TRUE(again.get<bool>("b") && again.get<bool>("c"));
+}
+
+TEST(JsonUserDefaults, TellsOnceOfADamagedFile) {
+    const PrivateHome folder;
+    const std::string file = folder.path() + "/defaults.json";
+    folder.write(file, "{\n  \"a\": 1,\n  oops\n}");
+    std::vector<std::string> told;
+    JsonUserDefaults defaults{file};
+    defaults.setDamageHandler([&](const std::string& sentence) { told.push_back(sentence); });
+    EXPECT_THAT(told, testing::ElementsAre(testing::AllOf(testing::HasSubstr(file + " (line 3)"),
+                                                          testing::HasSubstr("its own defaults"),
+                                                          testing::HasSubstr("“defaults.json.damaged”"))));
+    defaults.reload();
+    defaults.set("b", true);
+    EXPECT_EQ(told.size(), 1U);
+    folder.write(file, "[]");
+    defaults.reload();
+    EXPECT_EQ(told.size(), 2U) << "it was well in between";
+    EXPECT_THAT(told.back(), testing::HasSubstr("those it had"));
 }
 
 TEST(JsonUserDefaults, WritesThroughALink) {

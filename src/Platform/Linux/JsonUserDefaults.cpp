@@ -2,8 +2,11 @@
 
 #include "Platform/Linux/ProcFile.h"
 #include "Platform/Posix/AtomicFile.h"
+#include "Platform/Posix/Descriptor.h"
+#include "Support/Folders.h"
 #include "Support/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -11,6 +14,7 @@
 #include <rapidjson/document.h>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
+#include <sys/file.h>
 #include <type_traits>
 #include <unistd.h>
 #include <utility>
@@ -133,6 +137,34 @@ Value name(std::string_view key) {
     return Value{rapidjson::StringRef(key.data(), static_cast<rapidjson::SizeType>(key.size()))};
 }
 
+/// The line, from 1, in which the byte at `offset` stands.
+std::size_t lineAt(std::string_view text, std::size_t offset) {
+    return 1 + static_cast<std::size_t>(std::ranges::count(text.substr(0, offset), '\n'));
+}
+
+/// Keeps other processes from writing to a folder's settings while it lives. A lock that somebody keeps for seconds is
+/// not waited for, nor is one that the file system does not know.
+class FolderLock {
+public:
+    explicit FolderLock(const std::string& file) {
+        const std::string folder = file.substr(0, file.rfind('/') + 1);
+        makeFolders(folder);
+        folder_ = Descriptor{open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+        for (int tries = 0; tries < mostTries; ++tries) {
+            if (flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) {
+                return;
+            }
+            usleep(pause);
+        }
+    }
+
+private:
+    static constexpr int mostTries = 10000;
+    static constexpr int pause = 300; ///< microseconds: shorter than it takes to write a file
+
+    Descriptor folder_;
+};
+
 } // namespace
 
 struct JsonUserDefaults::Document {
@@ -158,9 +190,24 @@ std::optional<DefaultsValue> JsonUserDefaults::value(std::string_view key) const
 }
 
 void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
+    std::optional<FolderLock> lock;
     if (access_ == Access::readWrite) {
-        readIfChanged(); // what the user edited meanwhile must not be undone
+        lock.emplace(AtomicFile::resolved(path_));
     }
+    bool isChanged = access_ == Access::readWrite && readIfChanged();
+    isChanged = put(std::string{key}, value) || isChanged;
+    if (access_ == Access::readWrite) {
+        unwritten_.insert_or_assign(std::string{key}, std::move(value));
+        tellDamage();
+        write();
+        lock.reset();
+    }
+    if (isChanged) {
+        observers_.notify();
+    }
+}
+
+bool JsonUserDefaults::put(const std::string& key, const DefaultsValue& value) {
     auto& json = document_->json;
     auto& allocator = json.GetAllocator();
     Value setting = jsonFrom(value, allocator);
@@ -168,12 +215,9 @@ void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
     const bool isNew = member == json.MemberEnd();
     const bool isChanged = isNew || member->value != setting;
     if (isNew) {
-        json.AddMember(jsonFrom(std::string{key}, allocator), setting, allocator);
+        json.AddMember(jsonFrom(key, allocator), setting, allocator);
     } else if (isChanged) {
         member->value = setting;
-    }
-    if (access_ == Access::readWrite) {
-        write();
     }
     if (allocator.Size() > allocationLimit + 8 * text_.size()) {
         // A document gives no memory back for what is replaced in it.
@@ -181,9 +225,7 @@ void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
         compact->json.CopyFrom(json, compact->json.GetAllocator());
         document_ = std::move(compact);
     }
-    if (isChanged) {
-        observers_.notify();
-    }
+    return isChanged;
 }
 
 void JsonUserDefaults::registerDefault(std::string_view key, DefaultsValue value) {
@@ -193,9 +235,28 @@ void JsonUserDefaults::registerDefault(std::string_view key, DefaultsValue value
 Subscription JsonUserDefaults::observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
 
 void JsonUserDefaults::reload() {
-    if (readIfChanged()) {
+    const bool isChanged = readIfChanged();
+    tellDamage();
+    if (isChanged) {
         observers_.notify();
     }
+}
+
+void JsonUserDefaults::setDamageHandler(std::function<void(const std::string& sentence)> handler) {
+    damageHandler_ = std::move(handler);
+    tellDamage();
+}
+
+void JsonUserDefaults::tellDamage() {
+    if (!damaged_ || toldDamage_ || !damageHandler_) {
+        return;
+    }
+    toldDamage_ = true;
+    const std::string place = damagedLine_ == 0 ? "" : " (line " + std::to_string(damagedLine_) + ")";
+    damageHandler_("Kippo cannot read its settings in " + path_ + place + ". It goes on with " +
+                   (wasEverRead_ ? "those it had" : "its own defaults") +
+                   "; the next change of a setting puts that file aside as “" + path_.substr(path_.rfind('/') + 1) +
+                   ".damaged”.");
 }
 
 bool JsonUserDefaults::readIfChanged() {
@@ -217,11 +278,17 @@ bool JsonUserDefaults::readIfChanged() {
                                                                                                   text_.size());
     }
     damaged_ = fresh->json.HasParseError() || !fresh->json.IsObject() || !isShallow(fresh->json);
-    if (damaged_ || fresh->json == document_->json) {
+    if (damaged_) {
+        damagedLine_ = fresh->json.HasParseError() ? lineAt(text_, fresh->json.GetErrorOffset()) : 0;
         return false;
     }
-    document_ = std::move(fresh);
-    return true;
+    wasEverRead_ = true;
+    toldDamage_ = false;
+    std::swap(document_, fresh);
+    for (const auto& [key, value] : unwritten_) {
+        put(key, value);
+    }
+    return document_->json != fresh->json;
 }
 
 void JsonUserDefaults::write() {
@@ -234,6 +301,7 @@ void JsonUserDefaults::write() {
     std::string bytes{buffer.GetString(), buffer.GetSize()};
     bytes += '\n';
     if (bytes == text_ && !damaged_) {
+        unwritten_.clear();
         return;
     }
     if (damaged_ && !keepDamagedFile()) {
@@ -242,6 +310,9 @@ void JsonUserDefaults::write() {
     if (!AtomicFile::write(path_, bytes)) {
         text_ = std::move(bytes);
         damaged_ = false;
+        toldDamage_ = false;
+        wasEverRead_ = true;
+        unwritten_.clear();
     }
 }
 

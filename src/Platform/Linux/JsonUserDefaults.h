@@ -3,6 +3,7 @@
 #include "Support/UserDefaults.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -10,8 +11,9 @@
 namespace kippo {
 
 /// The user's settings in one JSON file, which the user may edit by hand too. Keys and values that Kippo does not know
-/// are kept as they are. A file that cannot be read as JSON is never lost: the first write moves it aside, to
-/// "defaults.json.damaged" (with a number if need be).
+/// are kept as they are. A write changes no key but those that were set here: it locks the file's folder, reads the
+/// file and puts the changes on top, so that two processes lose none of each other's. A file that cannot be read as
+/// JSON is never lost: the first write moves it aside, to "defaults.json.damaged" (with a number if need be).
 class JsonUserDefaults final : public UserDefaults {
 public:
     enum class Access : std::uint8_t {
@@ -32,19 +34,31 @@ public:
     /// read last stay.
     void reload();
 
+    /// Gets a sentence for the person when the file turns out to be damaged, once until it was well again; at once when
+    /// it is so already.
+    void setDamageHandler(std::function<void(const std::string& sentence)> handler);
+
 private:
     struct Document;
 
     /// Takes over the file's contents when they changed since the last time; whether any value is different now.
     bool readIfChanged();
+    /// Puts a setting into the document; whether that changed it.
+    bool put(const std::string& key, const DefaultsValue& value);
     void write();
     bool keepDamagedFile() const;
+    void tellDamage();
 
     std::string path_;
     Access access_;
     std::unique_ptr<Document> document_;
     std::string text_;     ///< the file's bytes as last read or written
     bool damaged_ = false; ///< the file holds something that is not ours to overwrite
+    bool toldDamage_ = false;
+    bool wasEverRead_ = false;
+    std::size_t damagedLine_ = 0;                                 ///< from 1; 0 where no line is to blame
+    std::map<std::string, DefaultsValue, std::less<>> unwritten_; ///< what was set since the last write
+    std::function<void(const std::string&)> damageHandler_;
     std::map<std::string, DefaultsValue, std::less<>> registered_;
     Observers observers_;
 };
