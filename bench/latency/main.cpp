@@ -1,95 +1,25 @@
 // How long a hook takes to show: from the moment an agent starts its hook command to the first changed pixel of the
 // closed notch, on an X server of its own. Beside it what the pixels cost alone: a window that another process maps.
 
+#include "../XScreen.h"
+
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <optional>
-#include <spawn.h>
-#include <string>
 #include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
-#include <vector>
-#include <xcb/xcb.h>
-
-extern char** environ; // NOLINT(readability-identifier-naming)
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace bench;
 using namespace std::chrono_literals;
 
 constexpr int rounds = 20;
 /// A pixel that the closed notch leaves free and its wings cover, on the screen below.
-constexpr int screenWidth = 1600;
 constexpr std::int16_t wingX = screenWidth / 2 + 92;
 constexpr std::int16_t wingY = 2;
-
-pid_t start(const std::vector<std::string>& command, int input = -1) {
-    std::vector<char*> words;
-    for (const std::string& word : command) {
-        words.push_back(const_cast<char*>(word.c_str()));
-    }
-    words.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    if (input >= 0) {
-        posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-    }
-    pid_t pid = -1;
-    if (posix_spawnp(&pid, words[0], &actions, nullptr, words.data(), environ) != 0) {
-        pid = -1;
-    }
-    posix_spawn_file_actions_destroy(&actions);
-    return pid;
-}
-
-/// An X server on a display of its own choice; its number is put into DISPLAY.
-pid_t startServer() {
-    int ends[2];
-    if (pipe2(ends, 0) != 0) {
-        return -1;
-    }
-    const pid_t server = start({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                                std::to_string(screenWidth) + "x900x24", "-nolisten", "tcp"});
-    close(ends[1]);
-    char number[16] = {};
-    if (server > 0 && read(ends[0], number, sizeof number - 1) > 0) {
-        setenv("DISPLAY", (":" + std::to_string(std::atoi(number))).c_str(), 1);
-    }
-    close(ends[0]);
-    return server;
-}
-
-std::uint32_t pixel(xcb_connection_t* server, xcb_window_t root) {
-    xcb_get_image_reply_t* image = xcb_get_image_reply(
-        server, xcb_get_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, root, wingX, wingY, 1, 1, ~0U), nullptr);
-    std::uint32_t value = 0;
-    if (image) {
-        const std::uint8_t* data = xcb_get_image_data(image);
-        value = data[0] | static_cast<std::uint32_t>(data[1]) << 8U | static_cast<std::uint32_t>(data[2]) << 16U;
-        std::free(image);
-    }
-    return value;
-}
-
-/// Milliseconds until the pixel is no longer `before`; nothing when it stays so for two seconds.
-std::optional<double> untilChanged(xcb_connection_t* server, xcb_window_t root, std::uint32_t before,
-                                   Clock::time_point since) {
-    while (Clock::now() < since + 2s) {
-        if (pixel(server, root) != before) {
-            return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
-        }
-        std::this_thread::sleep_for(200us);
-    }
-    return std::nullopt;
-}
 
 /// Runs the hook as an agent does; the answer is when it was started.
 Clock::time_point sendHook(const std::string& event) {
@@ -109,7 +39,7 @@ Clock::time_point sendHook(const std::string& event) {
 
 /// A window mapped over the pixel and taken away again: what the server and this program's looking cost by themselves.
 std::optional<double> mapWindow(xcb_connection_t* client, xcb_connection_t* server, xcb_screen_t* screen) {
-    const std::uint32_t before = pixel(server, screen->root);
+    const std::uint32_t before = pixel(server, screen->root, wingX, wingY);
     const xcb_window_t window = xcb_generate_id(client);
     const std::uint32_t values[] = {0x123456, 1};
     xcb_create_window(client, XCB_COPY_FROM_PARENT, window, screen->root, wingX, wingY, 4, 4, 0,
@@ -118,7 +48,7 @@ std::optional<double> mapWindow(xcb_connection_t* client, xcb_connection_t* serv
     const auto since = Clock::now();
     xcb_map_window(client, window);
     xcb_flush(client);
-    const auto took = untilChanged(server, screen->root, before, since);
+    const auto took = untilChanged(server, screen->root, wingX, wingY, before, since, 2s);
     xcb_destroy_window(client, window);
     xcb_flush(client);
     return took;
@@ -147,17 +77,15 @@ int main() {
     unsetenv("XDG_CONFIG_HOME");
     std::filesystem::create_directories(home + "/.config/Kippo");
     // Nothing but the session's own state may move the wings.
-    std::ofstream{home + "/.config/Kippo/defaults.json"} << R"({"agentAlerts": false, "mascotNightOwl": false})";
+    std::ofstream{home + "/.config/Kippo/defaults.json"}
+        << R"({"agentAlerts": false, "mascotEnabled": false, "onboarded": true})";
 
     const pid_t server = startServer();
     const pid_t panel = start({KIPPO_PANEL});
     xcb_connection_t* eyes = xcb_connect(nullptr, nullptr);
     xcb_connection_t* client = xcb_connect(nullptr, nullptr);
     xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(eyes)).data;
-    const std::uint32_t grey = 0x8090a0; // black on black would show nothing
-    xcb_change_window_attributes(client, screen->root, XCB_CW_BACK_PIXEL, &grey);
-    xcb_clear_area(client, 0, screen->root, 0, 0, 0, 0);
-    xcb_flush(client);
+    paintRoot(client, screen->root);
     std::this_thread::sleep_for(4s);
 
     std::vector<double> shown;
@@ -168,9 +96,9 @@ int main() {
         }
         sendHook("Stop");
         std::this_thread::sleep_for(900ms); // the wings fold away
-        const std::uint32_t before = pixel(eyes, screen->root);
+        const std::uint32_t before = pixel(eyes, screen->root, wingX, wingY);
         const auto since = sendHook("UserPromptSubmit");
-        if (const auto took = untilChanged(eyes, screen->root, before, since)) {
+        if (const auto took = untilChanged(eyes, screen->root, wingX, wingY, before, since, 2s)) {
             shown.push_back(*took);
         }
         std::this_thread::sleep_for(700ms);

@@ -1,10 +1,14 @@
 #include "App/AppDelegate.h"
 
 #include "Agents/AgentStore.h"
+#include "App/MenuBarContent.h"
+#include "Mascot/MascotLines.h"
 #include "Notch/LiveActivities.h"
-#include "Support/Desktop.h"
 #include "Support/Sounds.h"
-#include "Support/UrlOpener.h"
+
+#include <algorithm>
+#include <array>
+#include <fmt/format.h>
 
 namespace kippo {
 
@@ -17,17 +21,57 @@ constexpr Seconds needsYouPeek{4.0};
 constexpr Seconds minuteInterval{60};
 constexpr Seconds minuteTolerance{10};
 
-} // namespace
+// A page that opens by itself would close by itself before anybody has read it.
+constexpr Seconds openedByItself{5};
 
-AppDelegate::AppDelegate(Stores& stores, Panel& panel, Ports ports) : stores_(stores), panel_(panel), ports_(ports) {
-    panel_.notch.onOpen = [this] { notch_->expand(); };
-    panel_.notch.onOpenSettings = [this] { showSettings("Agents"); };
-    connectDesktop();
+struct HotKey {
+    char letter;
+    std::string_view title;
+    void (*press)(AppDelegate& app);
+};
+
+constexpr std::array hotKeyTable{
+    HotKey{'A', "Open Agents", [](AppDelegate& app) { app.notch().toggle(NotchTab::agents); }},
+    HotKey{'P', "Start or Pause Focus", [](AppDelegate& app) { app.toggleFocus(); }},
+};
+
+HotKeyRecord::State stateOf(HotKeys::Error error) {
+    return error == HotKeys::Error::takenByAnother ? HotKeyRecord::State::takenByAnother
+                                                   : HotKeyRecord::State::unsupported;
 }
 
-void AppDelegate::follow(AgentStore& agents) {
-    agents_ = &agents;
+} // namespace
+
+AppDelegate::AppDelegate(Stores& stores, Panel& panel, Ports ports)
+    : stores_(stores), panel_(panel), ports_(std::move(ports)), demo_(ports_.scheduler) {
+    panel_.notch.onOpen = [this] { notch_->expand(); };
+    panel_.notch.onOpenSettings = [this] { showSettings("Agents"); };
+    demo_.onSessions = [this](const std::vector<AgentSession>& sessions) { showDemo(sessions); };
+    demo_.onAlert = [this](const AgentSession& session) { agentAlert(session); };
     connectPages();
+    connectDesktop();
+    connectMascot();
+}
+
+AppDelegate::~AppDelegate() {
+    stopDemo();
+    if (ports_.tray) {
+        ports_.tray->hide();
+        ports_.tray->onActivate = nullptr;
+    }
+    stores_.focus.onChange = nullptr;
+    stores_.focus.onPhaseEnd = nullptr;
+    stores_.stretch.onEnd = nullptr;
+    if (agents_) {
+        agents_->onAlert = nullptr;
+    }
+}
+
+void AppDelegate::finishLaunching() {
+    startApp();
+    if (!ports_.defaults.get<bool>("onboarded") && onShowWelcome) {
+        showWelcome();
+    }
 }
 
 void AppDelegate::startApp() {
@@ -36,46 +80,59 @@ void AppDelegate::startApp() {
     }
     started_ = true;
     notch_.emplace(panel_.model, ports_.scheduler, ports_.defaults, ports_.screens, ports_.pointer, ports_.window);
-    notchSubscription_ = panel_.model.observe([this] { notchChanged(); });
-    if (agents_) {
-        agents_->onAlert = [this](const AgentSession& session) { agentAlert(session); };
-        agentsSubscription_ = agents_->observe([this] { showAll(); });
-        showAll();
-        agents_->start();
+    if (ports_.fullScreen) {
+        notch_->follow(*ports_.fullScreen);
     }
-    stores_.focus.onChange = [this] { updateLiveActivity(); };
+    notchSubscription_ = panel_.model.observe([this] { notchChanged(); });
+    if (ports_.tray) {
+        ports_.tray->onActivate = [this] { notch_->expand(std::nullopt, true); };
+    }
+    followFocus();
+    followAgents();
     stores_.focus.start();
+    startCoach();
     readSettings();
     minute_ = ports_.scheduler.every(minuteInterval, minuteTolerance, [this] { updateLiveActivity(); });
     defaultsSubscription_ = ports_.defaults.observe([this] { readSettings(); });
 }
 
-// The pages
-
-void AppDelegate::connectPages() {
-    AgentStore& agents = *agents_;
-    onAgentsPageVisible = [&agents](bool visible) { agents.setVisible(visible); };
-    panel_.agents.onDismiss = [&agents](const AgentSession& session) { agents.dismiss(session); };
-    panel_.agents.onClear = [&agents] { agents.clearFinishedAndOrphaned(); };
-    panel_.agents.onStop = [&agents](Pid pid) { agents.stop(pid); };
-    panel_.leftBehind.onStop = [&agents](Pid pid) { agents.stop(pid); };
-    panel_.leftBehind.onStopAll = [&agents] { agents.stopAllDetached(); };
-    panel_.leftBehind.onScan = [&agents] { agents.scanLeftovers(); };
-    panel_.leftBehind.onTrash = [&agents](const Leftover& leftover) { agents.trash(leftover); };
-    panel_.leftBehind.onUndoTrash = [&agents] { agents.undoTrash(); };
-    panel_.leftBehind.onHide = [&agents](const std::string& name) { agents.hideProcess(name); };
+void AppDelegate::followAgents() {
+    if (!agents_) {
+        return;
+    }
+    agents_->onAlert = [this](const AgentSession& session) { agentAlert(session); };
+    agentsSubscription_ = agents_->observe([this] { showAll(); });
+    showAll();
+    agents_->start();
 }
 
-void AppDelegate::connectDesktop() {
-    const auto openAddress = [this](const std::string& address) {
-        const auto opened = ports_.urls.open(address);
-        panel_.agents.showProblem(opened ? std::string{} : opened.error().sentence);
+void AppDelegate::followFocus() {
+    stores_.focus.onChange = [this] { updateLiveActivity(); };
+    stores_.focus.onPhaseEnd = [this](FocusStore::Phase ended, FocusStore::Phase next) {
+        focusPhaseEnded(ended, next);
     };
-    panel_.agents.onOpenAddress = openAddress;
-    panel_.agents.onOpenFolder = [this](const std::string& path) { ports_.desktop.openFolder(path); };
-    panel_.agents.onCopy = [this](const std::string& text) { ports_.desktop.copy(text); };
-    panel_.leftBehind.onOpenAddress = openAddress;
+    stores_.stretch.onEnd = [this] { letGo(); };
 }
+
+void AppDelegate::startCoach() {
+    coach_.emplace(stores_.focus, Coach::Ports{.scheduler = ports_.scheduler,
+                                               .defaults = ports_.defaults,
+                                               .idleTime = ports_.idleTime,
+                                               .workingCount = [this] { return agents_ ? agents_->workingCount() : 0; },
+                                               .isUnsuitable = [this] { return isUnsuitable(); },
+                                               .random = ports_.random});
+    coach_->show = [this](const MascotMessage& message) { say(message); };
+    coach_->start();
+}
+
+/// No moment for the coach to speak.
+bool AppDelegate::isUnsuitable() const {
+    const Rect screen = notch_->screenFrame();
+    return isWelcoming_ || demo_.isRunning() ||
+           (ports_.fullScreen && ports_.fullScreen->fillsScreenAt({screen.x, screen.y}));
+}
+
+// The list
 
 void AppDelegate::showAll() {
     show(agents_->sessions(), agents_->statusLights(), agents_->clearable().size());
@@ -93,25 +150,12 @@ void AppDelegate::show(std::span<const AgentSession> sessions, std::optional<Liv
                        std::size_t clearable) {
     lights_ = std::move(lights);
     panel_.agents.show(sessions, clearable);
+    if (ports_.tray) {
+        const auto waiting = std::ranges::find_if(sessions, [](const auto& each) { return each.status.isNeedsYou(); });
+        ports_.tray->setAttention(waiting == sessions.end() ? std::string{}
+                                                            : fmt::format("{} needs you", waiting->title()));
+    }
     updateLiveActivity();
-}
-
-void AppDelegate::notchChanged() {
-    const NotchModel::Fields& fields = panel_.model.fields();
-    // The agents' page is the only one so far, whatever the tab.
-    const bool visible = fields.mode == NotchModel::Mode::expanded;
-    stores_.mascotStage.setFloorShown(visible);
-    stores_.mascotStage.setWingShown(fields.live && std::holds_alternative<SleepingActivity>(*fields.live));
-    if (visible == panel_.agents.isVisible()) {
-        return;
-    }
-    panel_.agents.setVisible(visible);
-    if (!visible) {
-        panel_.leftBehind.rest();
-    }
-    if (onAgentsPageVisible) {
-        onAgentsPageVisible(visible);
-    }
 }
 
 // What happens
@@ -132,6 +176,22 @@ void AppDelegate::agentAlert(const AgentSession& session) {
     notch_->peek(session, needsYou ? needsYouPeek : donePeek);
 }
 
+void AppDelegate::focusPhaseEnded(FocusStore::Phase ended, FocusStore::Phase next) {
+    using Phase = FocusStore::Phase;
+    ports_.sounds.play(ended == Phase::focus ? Sound::hero : Sound::blow);
+    if (!ports_.defaults.get<bool>("mascotEnabled")) {
+        notch_->expand(NotchTab::focus);
+        holdOpen();
+        lettingGo_ = ports_.scheduler.after(openedByItself, [this] { letGo(); });
+        return;
+    }
+    say(ended == Phase::focus ? MascotLines::focusDone(next == Phase::longBreak,
+                                                       FocusStore::isBreak(stores_.focus.phase()), ports_.random)
+                              : MascotLines::breakOver(stores_.focus.focusMinutes(), ports_.random));
+}
+
+void AppDelegate::say(const MascotMessage& message) { notch_->showMascot(message); }
+
 void AppDelegate::updateLiveActivity() {
     const LiveChoice choice =
         chooseLive(lights_, focusActivity(stores_.focus), ports_.defaults, ports_.scheduler.now());
@@ -145,41 +205,87 @@ void AppDelegate::readSettings() {
     stores_.mascotStage.setRoaming(ports_.defaults.get<bool>("mascotEnabled") &&
                                    ports_.defaults.get<bool>("mascotRoams"));
     syncHotKeys();
+    updateTray();
     updateLiveActivity();
 }
 
-// What the person asks for
-
 void AppDelegate::syncHotKeys() {
-    if (!ports_.defaults.get<bool>("hotKeysEnabled")) {
-        hotKeys_.clear();
+    const bool wanted = ports_.defaults.get<bool>("hotKeysEnabled");
+    const auto& known = hotKeyState_.records();
+    if (!known.empty() && wanted == (known.front().state != HotKeyRecord::State::off)) {
         return;
     }
-    if (!hotKeys_.empty()) {
-        return;
-    }
-    const auto grab = [this](char letter, std::function<void()> pressed) {
-        if (auto key = ports_.hotKeys.grab({letter}, std::move(pressed))) {
-            hotKeys_.push_back(std::move(*key));
+    hotKeys_.clear();
+    std::vector<HotKeyRecord> records;
+    for (const HotKey& key : hotKeyTable) {
+        HotKeyRecord record{.keys = {key.letter}, .title = std::string{key.title}};
+        if (wanted) {
+            auto grabbed = ports_.hotKeys.grab(record.keys, [this, &key] { key.press(*this); });
+            record.state = grabbed ? HotKeyRecord::State::held : stateOf(grabbed.error());
+            if (grabbed) {
+                hotKeys_.push_back(std::move(*grabbed));
+            }
         }
-    };
-    grab('A', [this] { notch_->toggle(NotchTab::agents); });
-    grab('P', [this] { toggleFocus(); });
+        records.push_back(std::move(record));
+    }
+    hotKeyState_.set(std::move(records));
 }
 
-void AppDelegate::openTab(NotchTab tab) { notch_->expand(tab, true); }
-
-void AppDelegate::toggleFocus() { stores_.focus.toggle(); }
-
-void AppDelegate::startStretch() {
-    stores_.stretch.start();
-    openTab(NotchTab::focus);
+void AppDelegate::updateTray() {
+    if (!ports_.tray) {
+        return;
+    }
+    if (ports_.defaults.get<bool>("showMenuBarIcon")) {
+        ports_.tray->show(MenuBarContent::items(*this));
+    } else {
+        ports_.tray->hide();
+    }
 }
 
-void AppDelegate::showSettings(const std::string& page) {
-    notch_->collapse();
-    if (onShowSettings) {
-        onShowSettings(page);
+void AppDelegate::notchChanged() {
+    const NotchModel::Fields& fields = panel_.model.fields();
+    const bool isOpen = fields.mode == NotchModel::Mode::expanded;
+    stores_.mascotStage.setFloorShown(isOpen);
+    stores_.mascotStage.setWingShown(fields.live && std::holds_alternative<SleepingActivity>(*fields.live));
+    if (fields.mascot && fields.mascot->wakeUp) {
+        stores_.mascotStage.wakeUp();
+    } else if (isSpeaking_ && !fields.mascot) {
+        stores_.mascotStage.fellSilent();
+    }
+    isSpeaking_ = fields.mascot.has_value();
+    panel_.mascot.show(fields.mascot);
+    // Whoever closes the panel, or lets it go, holds it no longer.
+    holdsOpen_ = holdsOpen_ && fields.isPinned;
+
+    // Its page stands in for those that are not there yet.
+    const bool visible = isOpen && (fields.tab == NotchTab::agents || !hasPage(fields.tab));
+    if (visible == panel_.agents.isVisible()) {
+        return;
+    }
+    panel_.agents.setVisible(visible);
+    if (!visible) {
+        panel_.leftBehind.rest();
+    }
+    if (agents_) {
+        agents_->setVisible(visible);
+    }
+    if (onAgentsPageVisible) {
+        onAgentsPageVisible(visible);
+    }
+}
+
+/// Pins the open panel, unless the person has.
+void AppDelegate::holdOpen() {
+    if (!panel_.model.fields().isPinned) {
+        notch_->setPinned(true);
+        holdsOpen_ = true;
+    }
+}
+
+void AppDelegate::letGo() {
+    lettingGo_.cancel();
+    if (std::exchange(holdsOpen_, false)) {
+        notch_->setPinned(false);
     }
 }
 

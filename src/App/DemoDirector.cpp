@@ -34,11 +34,12 @@ const std::vector<DemoDirector::Step>& DemoDirector::script() {
     return steps;
 }
 
-void DemoDirector::start() {
+void DemoDirector::start(bool endlessly) {
     if (isRunning_) {
         return;
     }
     isRunning_ = true;
+    isEndless_ = endlessly;
     next_ = 0;
     play();
 }
@@ -55,7 +56,14 @@ void DemoDirector::play() {
     timer_ = scheduler_.after(step.after, [this, &step] {
         next_ = (next_ + 1) % script().size();
         step.perform(*this);
-        play();
+        if (!isRunning_) {
+            return;
+        }
+        if (next_ != 0 || isEndless_) {
+            play();
+        } else {
+            stop();
+        }
     });
 }
 

@@ -8,7 +8,7 @@
 
 namespace kippo {
 
-/// A short play for people to look at: sample sessions come, work, need the person, finish and leave, over and over.
+/// A short play for people to look at: sample sessions come, work, need the person, finish and leave.
 /// It tells the same things at the same times that the agent store would.
 class DemoDirector {
 public:
@@ -19,7 +19,8 @@ public:
     /// A session came to need the person, or finished.
     std::function<void(const AgentSession&)> onAlert;
 
-    void start();
+    /// Plays it once, or over and over.
+    void start(bool endlessly = true);
     /// Ends the play with an empty stage.
     void stop();
     bool isRunning() const { return isRunning_; }
@@ -45,6 +46,7 @@ private:
     std::vector<AgentSession> sessions_;
     std::size_t next_ = 0;
     bool isRunning_ = false;
+    bool isEndless_ = true;
     Timer timer_;
 };
 

@@ -4,6 +4,7 @@
 #include "Agents/Views/LeftBehindViewModel.h"
 #include "Agents/Views/UsageViewModel.h"
 #include "App/Stores.h"
+#include "Mascot/Views/MascotViewModel.h"
 #include "Notch/Views/NotchStage.h"
 #include "Notch/Views/NotchViewModel.h"
 
@@ -25,6 +26,7 @@ struct Panel {
     AgentsViewModel agents;
     LeftBehindViewModel leftBehind;
     UsageViewModel usage;
+    MascotViewModel mascot;
 };
 
 } // namespace kippo

@@ -4,13 +4,17 @@
 #include "App/Prefs.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeDesktop.h"
+#include "Fakes/FakeFullScreenWatcher.h"
 #include "Fakes/FakeHotKeys.h"
 #include "Fakes/FakeIdleTime.h"
 #include "Fakes/FakePanelWindow.h"
 #include "Fakes/FakeScheduler.h"
 #include "Fakes/FakeScreens.h"
 #include "Fakes/FakeSounds.h"
+#include "Fakes/FakeTrayItem.h"
 #include "Fakes/FakeUrlOpener.h"
+
+#include <memory>
 
 namespace kippo {
 
@@ -31,9 +35,13 @@ struct PanelFixture {
         }
     };
 
-    explicit PanelFixture(std::optional<Size> notch = {})
+    enum class Start { atOnce, later };
+
+    explicit PanelFixture(std::optional<Size> notch = {}, Start start = Start::atOnce)
         : screens({{.name = "eDP-1", .frame = {0, 0, 1600, 1000}, .isBuiltIn = true, .notch = notch}}) {
-        application.startApp();
+        if (start == Start::atOnce) {
+            application.startApp();
+        }
     }
 
     NotchModel::Mode mode() const { return panel.model.fields().mode; }
@@ -51,8 +59,13 @@ struct PanelFixture {
     Stores stores{scheduler, defaults, sounds};
     Panel panel{stores, scheduler, defaults};
     StageWindow window{panel.stage};
+    FakeTrayItem tray;
+    std::shared_ptr<void> followed; ///< what the application follows outlives it
+    FakeFullScreenWatcher fullScreen;
     AppDelegate application{
-        stores, panel, {scheduler, defaults, screens, pointer, window, desktop, urls, sounds, hotKeys, idleTime}};
+        stores,
+        panel,
+        {scheduler, defaults, screens, pointer, window, desktop, urls, sounds, hotKeys, idleTime, &tray, &fullScreen}};
 };
 
 } // namespace kippo

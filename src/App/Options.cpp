@@ -1,0 +1,60 @@
+#include "App/Options.h"
+
+#include <QStringList>
+#include <cstdio>
+
+namespace kippo {
+
+int complain(const QString& sentence) {
+    std::fprintf(stderr, "kippo-app: %s\n", qPrintable(sentence));
+    return 2;
+}
+
+const char* Options::usage() {
+    return R"(usage: kippo-app [--settings]
+       kippo-app --demo[=SCENE] [--screenshot=FILE] [--backdrop=COLOUR] [--dark]
+       kippo-app --contact-sheet=mascot FILE
+
+  --settings          starts Kippo and brings up its settings
+  --demo              sample sessions that come, work, wait and finish, over and over
+  --demo=SCENE        one moment of it, standing still: closed, live, live-one, live-needs-you, peek-done,
+                      peek-short, peek-long, peek-needs-you, open, open-expanded, open-expanded-long, many, empty,
+                      usage, usage-counting, usage-none, left-running, leftovers, leftovers-new, leftovers-none or
+                      leftovers-failed; or the settings window on sample settings: settings-general,
+                      settings-notch, settings-agents, settings-change or settings-guide
+  --screenshot=FILE   a picture of that moment, and no window
+  --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
+  --dark              the settings window as on a dark desktop
+  --contact-sheet=mascot FILE
+                      a picture of every state of the mascot in three sizes
+)";
+}
+
+std::expected<Options, QString> Options::fromArguments(const QStringList& arguments) {
+    Options options;
+    Demo& demo = options.demo;
+    for (const QString& argument : arguments.mid(1)) {
+        const QString name = argument.section(u'=', 0, 0);
+        const QString value = argument.section(u'=', 1);
+        if (argument == u"--settings") {
+            options.showsSettings = true;
+        } else if (argument == u"--dark") {
+            demo.isDark = true;
+        } else if (name == u"--demo") {
+            demo.isOn = true;
+            demo.scene = value;
+        } else if (name == u"--screenshot" && !value.isEmpty()) {
+            demo.screenshot = value;
+        } else if (name == u"--backdrop" && QColor::isValidColor(value)) {
+            demo.backdrop = QColor{value};
+        } else {
+            return std::unexpected{QStringLiteral("cannot use \"%1\"; see kippo-app --help").arg(argument)};
+        }
+    }
+    if (!demo.screenshot.isEmpty() && demo.scene.isEmpty()) {
+        return std::unexpected{QStringLiteral("a screenshot needs a scene, such as --demo=open")};
+    }
+    return options;
+}
+
+} // namespace kippo
