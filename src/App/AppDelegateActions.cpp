@@ -1,5 +1,6 @@
 #include "Agents/AgentStore.h"
 #include "App/AppDelegate.h"
+#include "Focus/FocusCommands.h"
 #include "Support/Desktop.h"
 #include "Support/UrlOpener.h"
 
@@ -168,6 +169,9 @@ void AppDelegate::answer(SingleInstance& instance) {
         }
         openTab(known->second);
         return {};
+    };
+    instance.onFocus = [this](const std::string& command, int minutes) {
+        return FocusCommands::run(stores_.focus, ports_.scheduler.now(), command, minutes);
     };
 }
 

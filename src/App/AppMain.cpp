@@ -3,11 +3,15 @@
 #include "App/Prefs.h"
 #include "App/RealApplication.h"
 #include "App/SettingsWindow.h"
+#include "App/TrayIcon.h"
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Posix/EndingSignals.h"
+#include "Platform/Qt/DBusInstance.h"
 #include "Platform/Qt/QtDesktopLook.h"
 #include "Platform/Qt/QtScheduler.h"
+#include "Platform/Qt/QtSessionBus.h"
+#include "Platform/Qt/StatusNotifierTray.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -22,6 +26,11 @@ constexpr Seconds settingsInterval{2};
 constexpr Seconds settingsTolerance{1};
 
 int runApplication(const Options& options) {
+    const QDBusConnection bus = QtSessionBus::connection();
+    DBusInstance instance{bus};
+    if (!instance.claim()) {
+        return 0; // the one that runs shows its settings
+    }
     const EndingSignals endings;
     const QSocketNotifier ending{endings.descriptor(), QSocketNotifier::Read};
     QObject::connect(&ending, &QSocketNotifier::activated, qGuiApp, &QCoreApplication::quit);
@@ -31,7 +40,11 @@ int runApplication(const Options& options) {
     JsonUserDefaults defaults{places.configFolder + "/defaults.json"};
     Prefs::registerDefaults(defaults);
     RealAgents agents{places, scheduler, defaults};
-    RealApplication application{scheduler, defaults, {}};
+    StatusNotifierTray tray{bus,
+                            {.pictures = TrayIcon::pictures(false),
+                             .attentionPictures = TrayIcon::pictures(true),
+                             .iconName = TrayIcon::symbolicName(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))}};
+    RealApplication application{scheduler, defaults, {.tray = &tray}};
     AppDelegate& delegate = application.delegate();
     delegate.follow(agents.store());
     QtDesktopLook look;
@@ -41,6 +54,7 @@ int runApplication(const Options& options) {
     };
     delegate.onQuit = [] { QCoreApplication::quit(); };
     delegate.finishLaunching();
+    delegate.answer(instance);
     if (options.showsSettings) {
         delegate.showSettings();
     }

@@ -326,6 +326,8 @@ TEST_F(AppDelegateTest, TheMenuLeadsEverywhere) {
     EXPECT_TRUE(instance.onOpenPage("focus"));
     EXPECT_EQ(panel.model.fields().tab, NotchTab::focus);
     EXPECT_EQ(instance.onOpenPage("revenue").error(), "There is no page \"revenue\".");
+    EXPECT_TRUE(instance.onFocus("start", 10));
+    EXPECT_EQ(stores.focus.total(), Seconds{600});
 }
 
 TEST_F(AppDelegateTest, AReportTellsNothingPrivate) {
