@@ -8,6 +8,7 @@
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Posix/EndingSignals.h"
 #include "Platform/Qt/DBusInstance.h"
+#include "Platform/Qt/DefaultsWatch.h"
 #include "Platform/Qt/QtDesktopLook.h"
 #include "Platform/Qt/QtScheduler.h"
 #include "Platform/Qt/QtSessionBus.h"
@@ -21,10 +22,6 @@ namespace {
 
 using namespace kippo;
 
-// The person may edit the settings' file by hand.
-constexpr Seconds settingsInterval{2};
-constexpr Seconds settingsTolerance{1};
-
 int runApplication(const Options& options) {
     const QDBusConnection bus = QtSessionBus::connection();
     DBusInstance instance{bus};
@@ -37,8 +34,10 @@ int runApplication(const Options& options) {
 
     const Places places = Places::fromEnvironment();
     QtScheduler scheduler;
-    JsonUserDefaults defaults{places.configFolder + "/defaults.json"};
+    const std::string settingsFile = places.configFolder + "/defaults.json";
+    JsonUserDefaults defaults{settingsFile};
     Prefs::registerDefaults(defaults);
+    const DefaultsWatch settings{defaults, settingsFile, scheduler};
     RealAgents agents{places, scheduler, defaults};
     StatusNotifierTray tray{bus,
                             {.pictures = TrayIcon::pictures(false),
@@ -58,7 +57,10 @@ int runApplication(const Options& options) {
     if (options.showsSettings) {
         delegate.showSettings();
     }
-    const Timer settings = scheduler.every(settingsInterval, settingsTolerance, [&defaults] { defaults.reload(); });
+    defaults.setDamageHandler([&delegate](const std::string& sentence) {
+        complain(QString::fromStdString(sentence));
+        delegate.panel().agents.showProblem(sentence);
+    });
     return QGuiApplication::exec();
 }
 

@@ -73,9 +73,9 @@ struct AppDelegateTest : Test, PanelFixture {
     }
     const std::optional<MascotMessage>& message() const { return panel.model.fields().mascot; }
     MascotState mascot() const { return stores.mascotStage.floor().state; }
-    bool showsWing(auto kind) const {
+    template <typename Activity> bool showsWing() const {
         const auto& live = panel.model.fields().live;
-        return live && std::holds_alternative<decltype(kind)>(*live);
+        return live && std::holds_alternative<Activity>(*live);
     }
 
     std::shared_ptr<AgentMachine> machine;
@@ -101,7 +101,7 @@ TEST_F(AppDelegateTest, AnnouncesForAsLongAsItMattersWithItsSound) {
 
 TEST_F(AppDelegateTest, AnAgentsWorkPassesThroughTheNotch) {
     event("UserPromptSubmit");
-    EXPECT_TRUE(showsWing(AgentsActivity{}));
+    EXPECT_TRUE(showsWing<AgentsActivity>());
     scheduler.advance(Seconds{30});
     event("Stop");
     EXPECT_EQ(mode(), Mode::peek);
@@ -169,7 +169,7 @@ TEST_F(AppDelegateTest, HotKeysFollowTheirSetting) {
 
 TEST_F(AppDelegateTest, APhaseOfFocusEndsInWordsOrOnThePage) {
     stores.focus.begin(Phase::focus, 25);
-    EXPECT_TRUE(showsWing(FocusActivity{}));
+    EXPECT_TRUE(showsWing<FocusActivity>());
     scheduler.advance(Seconds{25 * 60 + 1});
     EXPECT_EQ(sounds.played, std::vector{Sound::hero});
     ASSERT_TRUE(message());
@@ -234,7 +234,7 @@ TEST_F(AppDelegateTest, ADayEndsAndAnotherBegins) {
     idleTime.idle = Seconds{0};
     scheduler.setClock(atHour(scheduler.now(), 23) - Seconds{30});
     scheduler.advance(Seconds{100});
-    EXPECT_TRUE(showsWing(SleepingActivity{}));
+    EXPECT_TRUE(showsWing<SleepingActivity>());
     ASSERT_TRUE(stores.mascotStage.wing());
     scheduler.setClock(startOfLocalDay(scheduler.now(), 1) - Seconds{5});
     scheduler.advance(Seconds{4});
