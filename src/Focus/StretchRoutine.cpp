@@ -43,7 +43,7 @@ FigurePose shoulderRolls(Seconds elapsed) {
     const double in = held(0, length, 1.5, t);
     const double turn = 2 * std::numbers::pi * t / 3;
     FigurePose pose;
-    pose.shoulderLift = in * 0.05 * (1 - std::cos(turn)) / 2;
+    pose.shoulderLift = in * 0.068 * (1 - std::cos(turn)) / 2;
     // Forward on the way up, back on the way down.
     pose.shoulderWidth = -in * 0.022 * std::sin(turn);
     pose.leftArm = pose.rightArm = in * (4 + 5 * breath(3, t));
@@ -56,33 +56,33 @@ FigurePose overheadReach(Seconds elapsed) {
     const double up = held(0, length, 2.5, t);
     FigurePose pose;
     pose.torsoLean = held(2, length - 2, 2, t) * sides(4, t) * (17 + 2 * breath(5, t));
-    // The elbows open a little so that the hands meet above the head.
-    pose.leftArm = pose.rightArm = up * 156;
-    pose.leftForearm = pose.rightForearm = up * 36;
-    pose.leftWrist = pose.rightWrist = -up * 40;
-    pose.shoulderLift = up * (0.03 + 0.006 * breath(5, t));
+    // The elbows stay open, so that the hands meet above the head, palms up.
+    pose.leftArm = pose.rightArm = up * 164;
+    pose.leftForearm = pose.rightForearm = up * 49;
+    pose.leftWrist = pose.rightWrist = up * 40;
+    pose.shoulderLift = up * (0.032 + 0.006 * breath(5, t));
+    pose.shoulderWidth = up * -0.016;
     pose.headTilt = pose.torsoLean * 0.3;
     return pose;
 }
 
+/// One arm held out across the chest, and the hand that pulls its fingers.
 FigurePose wristAndForearm(Seconds elapsed) {
     const double t = elapsed.count();
-    const double in = held(0, length, 1.5, t);
-    const double right = eased(half - 1.25, half + 1.25, t);
-    const double left = 1 - right;
-    // Within each half: palm forward, fingers back; then palm down.
-    const double within = t < half ? t : t - half;
-    const double palm = 1 - 2 * eased(half / 2 - 1, half / 2 + 1, within);
-    // The wrist passes through straight while the sides change.
-    const double pull = 1 - held(half - 1.25, half + 1.25, 1.25, t);
-    const double wrist = in * palm * pull * (58 + 6 * breath(4, t));
+    const bool isSecond = t >= half;
+    const double within = isSecond ? t - half : t;
+    const double in = held(0, half, 1.75, within);
+    // Palm forward, fingers back; then palm down.
+    const double palm = 1 - 2 * eased(8.25, 10.25, within);
+    const double pull = 6 * breath(4, within);
     FigurePose pose;
-    pose.leftArm = in * (88 * left + 52 * right);
-    pose.leftForearm = in * -118 * right;
-    pose.leftWrist = wrist * left;
-    pose.rightArm = in * (88 * right + 52 * left);
-    pose.rightForearm = in * -118 * left;
-    pose.rightWrist = wrist * right;
+    pose.headTilt = (isSecond ? -5 : 5) * in;
+    (isSecond ? pose.rightArm : pose.leftArm) = in * -50;
+    (isSecond ? pose.rightWrist : pose.leftWrist) = in * (-3 - (73 + pull) * palm);
+    // The helping hand goes where the fingers are.
+    (isSecond ? pose.leftArm : pose.rightArm) = in * (68 + 18 * palm);
+    (isSecond ? pose.leftForearm : pose.rightForearm) = in * (-84 - 10 * palm);
+    (isSecond ? pose.leftWrist : pose.rightWrist) = in * (-58 - 28 * palm);
     return pose;
 }
 

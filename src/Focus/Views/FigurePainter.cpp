@@ -1,8 +1,10 @@
 #include "Focus/Views/FigurePainter.h"
 
 #include <QColor>
+#include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -21,17 +23,17 @@ constexpr QColor hair{0x1d, 0x54, 0x50};
 constexpr QColor features{0x2a, 0x55, 0x50};
 
 // Lengths in parts of the figure's height as it stands; y grows upward, from the hips.
-constexpr double pictureHeight = 0.88;
+constexpr double pictureHeight = 0.84;
 constexpr double floorBelowHips = 0.175;
 constexpr double torso = 0.29;
 constexpr double shoulderHalf = 0.098;
 constexpr double waistHalf = 0.066;
 constexpr double hipHalf = 0.078;
 constexpr double neck = 0.062;
-constexpr double upperArm = 0.165;
-constexpr double forearm = 0.145;
-constexpr double hand = 0.05;
-constexpr double limb = 0.056;
+constexpr double upperArm = 0.16;
+constexpr double forearm = 0.14;
+constexpr double hand = 0.066;
+constexpr double gap = 0.009;
 
 double radians(double degrees) { return degrees * std::numbers::pi / 180; }
 
@@ -82,7 +84,10 @@ struct Arm {
 /// `side` is -1 for the left and 1 for the right arm; angles as in FigurePose, and against the shoulders.
 Arm armOf(const Spine& spine, const FigurePose& pose, double side) {
     const bool isLeft = side < 0;
-    const double upper = isLeft ? pose.leftArm : pose.rightArm;
+    // At rest the hands lie on the knees.
+    const double arms = isLeft ? pose.leftArm : pose.rightArm;
+    const double rest = 1 - std::min(std::abs(arms) / 45, 1.0);
+    const double upper = arms + 25 * rest;
     const double lower = upper + (isLeft ? pose.leftForearm : pose.rightForearm);
     const double palm = lower + (isLeft ? pose.leftWrist : pose.rightWrist);
     const double leant = -spine.angleAt(1);
@@ -90,24 +95,38 @@ Arm armOf(const Spine& spine, const FigurePose& pose, double side) {
     arm.shoulder = spine.beside(0.93, side * (shoulderHalf + pose.shoulderWidth), pose.shoulderLift);
     arm.elbow = along(arm.shoulder, side * upper + leant, upperArm);
     arm.wrist = along(arm.elbow, side * lower + leant, forearm);
-    arm.fingers = along(arm.wrist, side * palm + leant, hand);
+    arm.fingers = along(arm.wrist, side * (palm - 36 * rest) + leant, hand);
     return arm;
 }
 
+/// Crossed: the left shin behind, the right one before it.
 void drawLegs(QPainter& painter) {
-    const auto leg = [&painter](double side, const QColor& color) {
-        QPainterPath path{{side * 0.05, -0.035}};
-        path.quadTo({side * 0.2, -0.03}, {side * 0.235, -0.1});
-        path.quadTo({side * 0.16, -0.15}, {side * -0.09, -0.138});
-        line(painter, color, 0.072);
+    constexpr double leg = 0.078;
+    const auto shin = [&painter](double side, const QColor& color) {
+        QPainterPath path{{side * 0.222, -0.1}};
+        path.cubicTo({side * 0.2, -0.137}, {side * 0.08, -0.137}, {side * -0.075, -0.132});
+        line(painter, color, leg);
         painter.drawPath(path);
     };
-    leg(-1, trousersShade);
-    line(painter, skinShade, 0.045);
-    painter.drawLine(QPointF{0.105, -0.14}, QPointF{0.135, -0.142});
-    leg(1, trousers);
-    line(painter, skin, 0.045);
-    painter.drawLine(QPointF{-0.12, -0.142}, QPointF{-0.15, -0.146});
+    shin(-1, trousersShade);
+    line(painter, trousers, leg);
+    for (const double side : {-1.0, 1.0}) {
+        QPainterPath thigh{{0, -0.06}};
+        thigh.cubicTo({side * 0.1, -0.045}, {side * 0.2, -0.06}, {side * 0.222, -0.1});
+        painter.drawPath(thigh);
+    }
+    fill(painter, trousers);
+    painter.drawRoundedRect(QRectF{-0.16, -0.13, 0.32, 0.06}, 0.03, 0.03);
+    shin(1, trousers);
+    QPainterPath edge{{0.165, -0.094}};
+    edge.cubicTo({0.08, -0.098}, {0, -0.0945}, {-0.075, -0.0915});
+    edge.cubicTo({-0.1, -0.091}, {-0.117, -0.105}, {-0.118, -0.125});
+    line(painter, Qt::black, gap);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawPath(edge);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    line(painter, skin, 0.042);
+    painter.drawLine(QPointF{-0.112, -0.14}, QPointF{-0.148, -0.146});
 }
 
 void drawTorso(QPainter& painter, const Spine& spine, const Arm& left, const Arm& right) {
@@ -127,7 +146,7 @@ void drawHead(QPainter& painter, const Spine& spine, double tilt) {
     painter.translate(nape);
     painter.rotate(-spine.angleAt(1) - 0.35 * tilt);
     line(painter, skinShade, 0.05);
-    painter.drawLine(QPointF{0, -0.01}, QPointF{0, neck * 0.7});
+    painter.drawLine(QPointF{0, 0.008}, QPointF{0, neck * 0.7});
     painter.translate(0, neck * 0.6);
     painter.rotate(-0.65 * tilt);
     painter.translate(0, 0.062);
@@ -153,13 +172,32 @@ void drawHead(QPainter& painter, const Spine& spine, double tilt) {
     painter.restore();
 }
 
+/// A stroke that grows thinner towards its end.
+void taper(QPainter& painter, const QColor& color, QPointF from, QPointF to, double fromWidth, double toWidth) {
+    const QLineF axis{from, to};
+    const QPointF normal = QPointF{axis.dy(), -axis.dx()} / std::max(axis.length(), 1e-6);
+    QPainterPath path{from + normal * (fromWidth / 2)};
+    path.lineTo(to + normal * (toWidth / 2));
+    path.lineTo(to - normal * (toWidth / 2));
+    path.lineTo(from - normal * (fromWidth / 2));
+    path.closeSubpath();
+    fill(painter, color);
+    painter.drawPath(path);
+    painter.drawEllipse(from, fromWidth / 2, fromWidth / 2);
+    painter.drawEllipse(to, toWidth / 2, toWidth / 2);
+}
+
+/// With a gap round it, as wide everywhere: so it reads before the body and before the other arm.
 void drawArm(QPainter& painter, const Arm& arm) {
-    line(painter, skin, limb * 0.82);
-    painter.drawLine(arm.elbow, arm.wrist);
-    line(painter, skin, limb * 0.78);
-    painter.drawLine(arm.wrist, arm.fingers);
-    line(painter, sleeve, limb);
-    painter.drawLine(arm.shoulder, arm.elbow);
+    const auto draw = [&](const QColor& cloth, const QColor& bare, double more) {
+        taper(painter, bare, arm.elbow, arm.wrist, 0.05 + more, 0.038 + more);
+        taper(painter, bare, arm.wrist, arm.fingers, 0.042 + more, 0.034 + more);
+        taper(painter, cloth, arm.shoulder, arm.elbow, 0.062 + more, 0.058 + more);
+    };
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    draw(Qt::black, Qt::black, 2 * gap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    draw(sleeve, skin, 0);
 }
 
 } // namespace
@@ -175,8 +213,10 @@ void FigurePainter::paint(QPainter& painter, const FigurePose& pose) {
     drawTorso(painter, spine, left, right);
     drawLegs(painter);
     drawHead(painter, spine, pose.headTilt);
-    drawArm(painter, left);
-    drawArm(painter, right);
+    // An arm across the chest lies below the one that helps it.
+    const bool leftHelps = pose.rightArm < pose.leftArm;
+    drawArm(painter, leftHelps ? right : left);
+    drawArm(painter, leftHelps ? left : right);
     painter.restore();
 }
 
