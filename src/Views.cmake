@@ -28,9 +28,13 @@ set(kippo_qml
   Agents/Views/SessionsSection.qml
   Agents/Views/UsageSection.qml
   Agents/Views/WeekBars.qml
+  Focus/Views/FocusButton.qml
   Focus/Views/FocusCountdown.qml
   Focus/Views/FocusPage.qml
+  Focus/Views/MinutesChooser.qml
+  Focus/Views/RoundDots.qml
   Focus/Views/StretchScreen.qml
+  Focus/Views/TimerScreen.qml
   Mascot/Views/BubbleButton.qml
   Mascot/Views/MascotBubble.qml
   Theme/StatusCount.qml
@@ -83,6 +87,7 @@ set(kippo_views_sources
   Focus/Views/FocusClock.cpp
   Focus/Views/FocusViewModel.cpp
   Focus/Views/StretchFigure.cpp
+  Focus/Views/StretchSheet.cpp
   Focus/Views/StretchViewModel.cpp
   Mascot/Views/MascotItem.cpp
   Mascot/Views/MascotPainter.cpp
@@ -124,6 +129,7 @@ qt_add_qml_module(kippo_views
     Focus/Views/FocusClock.h
     Focus/Views/FocusViewModel.h
     Focus/Views/StretchFigure.h
+    Focus/Views/StretchSheet.h
     Focus/Views/StretchViewModel.h
     Mascot/Views/MascotItem.h
     Mascot/Views/MascotPainter.h

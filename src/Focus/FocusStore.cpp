@@ -101,11 +101,6 @@ int FocusStore::steppedMinutes(int minutes, int steps) {
     return std::clamp(minutes, 1, longest);
 }
 
-std::string FocusStore::clock(Seconds left) {
-    const auto seconds = static_cast<long>(std::ceil(std::max(left.count(), 0.0)));
-    return fmt::format("{}:{:02}", seconds / 60, seconds % 60);
-}
-
 Seconds FocusStore::total() const { return state_.phase == Phase::idle ? focusLength() : state_.total; }
 
 Seconds FocusStore::focusLength() const { return std::chrono::minutes{focusMinutes()}; }
@@ -143,6 +138,19 @@ std::string FocusStore::subline() const {
     }
     return line + (state_.completedToday == 1 ? "1 focus session today"
                                               : std::to_string(state_.completedToday) + " focus sessions today");
+}
+
+std::string FocusStore::upNext() const {
+    if (state_.phase == Phase::idle) {
+        return {};
+    }
+    if (isBreak(state_.phase)) {
+        return fmt::format("Next: {} min of focus, when you start it", focusMinutes());
+    }
+    const bool isLong = (state_.round + 1) % rounds == 0;
+    return fmt::format("Next: {} min {}{}", minutes(isLong ? "longBreakMinutes" : "shortBreakMinutes"),
+                       isLong ? "long break" : "break",
+                       defaults_.get<bool>("autoStartBreaks") ? "" : ", when you start it");
 }
 
 void FocusStore::start() {

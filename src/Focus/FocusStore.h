@@ -55,12 +55,12 @@ public:
     /// One step shorter (`steps` -1) or longer (1) than `minutes`: to the next multiple of five, below that by single
     /// minutes; from 1 to 180.
     static int steppedMinutes(int minutes, int steps);
-    /// "24:05": minutes and seconds, rounded up to a whole second.
-    static std::string clock(Seconds left);
 
     /// The texts of the page and the widget.
     std::string headline() const;
     std::string subline() const;
+    /// What follows the phase, such as "Next: 5 min break"; nothing while idle.
+    std::string upNext() const;
 
     /// Starts the clock.
     void start();

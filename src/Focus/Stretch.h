@@ -11,8 +11,8 @@
 
 namespace kippo {
 
-/// How the drawn figure stands, as its viewer sees it; all zero is standing with the arms hanging down. Angles are in
-/// degrees, lengths in parts of the figure's height. "Left" is the viewer's left.
+/// How the drawn figure holds itself, as its viewer sees it; all zero is upright with the arms at rest. Angles are in
+/// degrees, lengths in parts of the figure's standing height. "Left" is the viewer's left.
 struct FigurePose {
     double headTilt = 0;      ///< towards the right shoulder
     double shoulderLift = 0;  ///< upwards

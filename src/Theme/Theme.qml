@@ -42,6 +42,8 @@ QtObject {
     readonly property int bodySize: 12
     readonly property int metaSize: 11
     readonly property int figureSize: 26
+    readonly property int headlineSize: 18
+    readonly property int clockSize: 32
 
     /// Everything stands on a grid of 4.
     readonly property int unit: 4

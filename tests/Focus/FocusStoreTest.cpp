@@ -234,6 +234,34 @@ TEST_F(FocusStoreTest, TwoYearsOfUseAddUp) {
     EXPECT_EQ(phases, 2190);
 }
 
+TEST_F(FocusStoreTest, TellsTheRoundsAndWhatComesNext) {
+    EXPECT_EQ(store->upNext(), "");
+    for (int round = 0; round < 4; ++round) {
+        EXPECT_EQ(store->roundsDone(), round);
+        store->begin(Phase::focus, 25);
+        EXPECT_EQ(store->upNext(), round == 3 ? "Next: 15 min long break" : "Next: 5 min break");
+        store->skip();
+        EXPECT_EQ(store->upNext(), "Next: 25 min of focus, when you start it");
+        EXPECT_EQ(store->roundsDone(), round + 1);
+    }
+    store->skip();
+    EXPECT_EQ(store->roundsDone(), 0) << "after the long break";
+    defaults.set("autoStartBreaks", false);
+    store->toggle();
+    EXPECT_EQ(store->upNext(), "Next: 5 min break, when you start it");
+}
+
+TEST(FocusMinutesTest, StepToMultiplesOfFive) {
+    EXPECT_EQ(FocusStore::steppedMinutes(25, 1), 30);
+    EXPECT_EQ(FocusStore::steppedMinutes(52, -1), 50);
+    EXPECT_EQ(FocusStore::steppedMinutes(52, 1), 55);
+    EXPECT_EQ(FocusStore::steppedMinutes(5, -1), 4);
+    EXPECT_EQ(FocusStore::steppedMinutes(3, 2), 5);
+    EXPECT_EQ(FocusStore::steppedMinutes(1, -1), 1);
+    EXPECT_EQ(FocusStore::steppedMinutes(180, 1), 180);
+    EXPECT_EQ(FocusStore::steppedMinutes(1440, -1), 180);
+}
+
 TEST_F(FocusStoreTest, RestingItHardlyWakes) {
     scheduler.advance(1s);
     const auto waiting = scheduler.pendingCount();

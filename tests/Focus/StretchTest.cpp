@@ -88,9 +88,13 @@ TEST(StretchRoutineTest, SidesSwitchAtHalf) {
     EXPECT_GT(poses[0].motion(late).headTilt, 20);
     EXPECT_LT(poses[2].motion(early).torsoLean, -12);
     EXPECT_GT(poses[2].motion(late).torsoLean, 12);
-    EXPECT_GT(poses[3].motion(Seconds{5}).leftWrist, 40) << "palm forward";
-    EXPECT_LT(poses[3].motion(Seconds{11}).leftWrist, -40) << "palm down";
-    EXPECT_GT(poses[3].motion(Seconds{20}).rightWrist, 40);
+    EXPECT_LT(poses[3].motion(Seconds{5}).leftWrist, -40) << "palm forward";
+    EXPECT_GT(poses[3].motion(Seconds{12}).leftWrist, 40) << "palm down";
+    EXPECT_LT(poses[3].motion(Seconds{20}).rightWrist, -40);
+    for (const auto& pose : poses) {
+        EXPECT_EQ(pose.isOnSecondSide(late), pose.hasSides) << pose.name;
+        EXPECT_FALSE(pose.isOnSecondSide(early)) << pose.name;
+    }
 }
 
 } // namespace kippo

@@ -140,7 +140,7 @@ void drawTorso(QPainter& painter, const Spine& spine, const Arm& left, const Arm
     painter.drawPath(path);
 }
 
-void drawHead(QPainter& painter, const Spine& spine, double tilt) {
+void drawHead(QPainter& painter, const Spine& spine, double tilt, FigurePainter::Eyes eyes) {
     const QPointF nape = spine.beside(1, 0, 0.005);
     painter.save();
     painter.translate(nape);
@@ -160,12 +160,17 @@ void drawHead(QPainter& painter, const Spine& spine, double tilt) {
     face.cubicTo(0.066, -0.04, 0.034, -0.068, 0, -0.068);
     face.cubicTo(-0.034, -0.068, -0.066, -0.04, -0.058, 0.02);
     painter.drawPath(face);
-    line(painter, features, 0.0085);
+    line(painter, features, eyes == FigurePainter::Eyes::open ? 0.016 : 0.0085);
     for (const double side : {-1.0, 1.0}) {
+        if (eyes == FigurePainter::Eyes::open) {
+            painter.drawPoint(QPointF{side * 0.026, 0.0});
+            continue;
+        }
         QPainterPath eye{{side * 0.018, 0.002}};
         eye.quadTo({side * 0.027, -0.008}, {side * 0.036, 0.002});
         painter.drawPath(eye);
     }
+    line(painter, features, 0.0085);
     QPainterPath smile{{-0.015, -0.033}};
     smile.quadTo({0, -0.045}, {0.015, -0.033});
     painter.drawPath(smile);
@@ -202,7 +207,7 @@ void drawArm(QPainter& painter, const Arm& arm) {
 
 } // namespace
 
-void FigurePainter::paint(QPainter& painter, const FigurePose& pose) {
+void FigurePainter::paint(QPainter& painter, const FigurePose& pose, Eyes eyes) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(1 / pictureHeight, -1 / pictureHeight);
@@ -212,7 +217,7 @@ void FigurePainter::paint(QPainter& painter, const FigurePose& pose) {
     const Arm right = armOf(spine, pose, 1);
     drawTorso(painter, spine, left, right);
     drawLegs(painter);
-    drawHead(painter, spine, pose.headTilt);
+    drawHead(painter, spine, pose.headTilt, eyes);
     // An arm across the chest lies below the one that helps it.
     const bool leftHelps = pose.rightArm < pose.leftArm;
     drawArm(painter, leftHelps ? right : left);

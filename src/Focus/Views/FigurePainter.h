@@ -12,9 +12,11 @@ namespace FigurePainter {
 /// The picture's width, as its height is 1: with the arms spread wide.
 inline constexpr double width = 1.3;
 
+enum class Eyes { closed, open };
+
 /// Draws the figure as its joints say. The painter's origin is the middle of the picture's lower edge, its unit the
 /// picture's height, and y grows downward. Leaves the painter as it was.
-void paint(QPainter& painter, const FigurePose& pose);
+void paint(QPainter& painter, const FigurePose& pose, Eyes eyes = Eyes::closed);
 
 } // namespace FigurePainter
 

@@ -1,7 +1,8 @@
 #include "Focus/Views/FocusClock.h"
 
+#include "Focus/FocusCountdown.h"
+
 #include <algorithm>
-#include <cmath>
 
 namespace kippo {
 
@@ -35,13 +36,15 @@ void FocusClock::read() {
     }
     const FocusStore& store = focus_->store();
     const Seconds left = store.remaining(focus_->scheduler().now());
-    const Seconds shownLeft{std::ceil(left.count())};
-    if (isShown_ && store.isRunning() && shownLeft > Seconds{0}) {
-        next_ = focus_->scheduler().after(left - (shownLeft - Seconds{1}), [this] { read(); });
+    const Seconds next = FocusCountdown::untilNextSecond(left);
+    if (isShown_ && store.isRunning() && left > Seconds{0}) {
+        next_ = focus_->scheduler().after(next, [this] { read(); });
     }
+    // As much as the text shows: both move together.
+    const Seconds shown = left > Seconds{0} ? left - next + Seconds{1} : left;
     const double length = store.total().count();
-    text_ = QString::fromStdString(FocusStore::clock(left));
-    progress_ = length > 0 ? std::clamp(1 - shownLeft.count() / length, 0.0, 1.0) : 0;
+    text_ = QString::fromStdString(FocusCountdown::clockText(left));
+    progress_ = length > 0 ? std::clamp(1 - shown.count() / length, 0.0, 1.0) : 0;
     phase_ = focus_->phase();
     isPaused_ = focus_->isPaused();
     emit ticked();

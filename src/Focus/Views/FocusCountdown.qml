@@ -7,12 +7,14 @@ import Kippo
 Item {
     id: countdown
 
-    required property FocusViewModel focus
+    required property FocusViewModel timer
     property bool showsRing: true
     property bool showsTime: true
     /// Stays as it was when the timer falls idle, so that it can fade out.
     property alias lingers: clock.lingers
     property alias font: measure.font
+    /// How far the time stands above the middle.
+    property real rise: 0
     property real thickness: Math.max(2, Math.round(height / 18))
     readonly property color tint: clock.isPaused ? Theme.textSecondary : clock.phase === FocusViewModel.ShortBreak || clock.phase === FocusViewModel.LongBreak ? Theme.resting : Theme.focusing
 
@@ -25,7 +27,7 @@ Item {
     FocusClock {
         id: clock
 
-        focus: countdown.focus
+        focus: countdown.timer
         shown: countdown.visible
     }
 
@@ -45,6 +47,7 @@ Item {
         thickness: countdown.thickness
         progress: clock.progress
         color: countdown.tint
+        opacity: clock.phase === FocusViewModel.Idle ? 0.45 : 1
         track: Theme.control
     }
 
@@ -52,6 +55,7 @@ Item {
         id: digits
 
         anchors.centerIn: parent
+        anchors.verticalCenterOffset: -countdown.rise
         visible: countdown.showsTime
 
         Repeater {

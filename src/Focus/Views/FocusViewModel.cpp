@@ -16,7 +16,10 @@ static_assert(static_cast<int>(Phase::LongBreak) == static_cast<int>(FocusStore:
 /// The time of day as the desktop writes it, to the nearest minute.
 QString timeOfDay(Date date) {
     const auto minute = static_cast<qint64>(std::round(unixSeconds(date) / 60));
-    return QLocale::system().toString(QDateTime::fromSecsSinceEpoch(60 * minute).time(), QLocale::ShortFormat);
+    const QLocale desktop = QLocale::system();
+    // Some desktops' short form has seconds.
+    const QString format = desktop.timeFormat(QLocale::ShortFormat).remove(QStringLiteral(":ss"));
+    return desktop.toString(QDateTime::fromSecsSinceEpoch(60 * minute).time(), format);
 }
 
 } // namespace
@@ -29,6 +32,8 @@ FocusViewModel::FocusViewModel(FocusStore& store, Scheduler& scheduler, UserDefa
 QString FocusViewModel::headline() const { return QString::fromStdString(store_.headline()); }
 
 QString FocusViewModel::subline() const { return QString::fromStdString(store_.subline()); }
+
+QString FocusViewModel::upNext() const { return QString::fromStdString(store_.upNext()); }
 
 QString FocusViewModel::note() const {
     if (isPaused()) {
@@ -61,7 +66,15 @@ QString FocusViewModel::toggleSpoken() const {
 }
 
 QString FocusViewModel::skipText() const {
-    return isBreak() ? QStringLiteral("Skip break") : QStringLiteral("Finish now");
+    return isBreak() ? QStringLiteral("Skip break") : QStringLiteral("Finish round");
+}
+
+QString FocusViewModel::skipHelp() const {
+    return isBreak() ? QStringLiteral("Ends the break now") : QStringLiteral("Ends the round now; it counts");
+}
+
+QString FocusViewModel::resetHelp() const {
+    return isBreak() ? QStringLiteral("Stops the timer") : QStringLiteral("Stops the timer; this round does not count");
 }
 
 } // namespace kippo

@@ -18,6 +18,7 @@ class FocusViewModel : public QObject {
     Q_PROPERTY(bool isPaused READ isPaused NOTIFY changed)
     Q_PROPERTY(QString headline READ headline NOTIFY changed)
     Q_PROPERTY(QString subline READ subline NOTIFY changed)
+    Q_PROPERTY(QString upNext READ upNext NOTIFY changed)
     Q_PROPERTY(QString note READ note NOTIFY changed)
     Q_PROPERTY(int rounds READ rounds CONSTANT)
     Q_PROPERTY(int roundsDone READ roundsDone NOTIFY changed)
@@ -27,6 +28,8 @@ class FocusViewModel : public QObject {
     Q_PROPERTY(QString toggleText READ toggleText NOTIFY changed)
     Q_PROPERTY(QString toggleSpoken READ toggleSpoken NOTIFY changed)
     Q_PROPERTY(QString skipText READ skipText NOTIFY changed)
+    Q_PROPERTY(QString skipHelp READ skipHelp NOTIFY changed)
+    Q_PROPERTY(QString resetHelp READ resetHelp NOTIFY changed)
 
 public:
     // NOLINTNEXTLINE(readability-identifier-naming): QML knows enumerators only by names that begin with a capital
@@ -41,6 +44,7 @@ public:
     bool isPaused() const { return store_.isPaused(); }
     QString headline() const;
     QString subline() const;
+    QString upNext() const;
     /// What stands under the countdown: "until 14:35", "paused", or nothing while idle.
     QString note() const;
     /// The dots, and how many of them are full: the rounds of the current cycle that are done.
@@ -55,8 +59,10 @@ public:
     /// "Start 25 min", "Pause" or "Resume", and the same for a screen reader.
     QString toggleText() const;
     QString toggleSpoken() const;
-    /// "Skip break", or for a focus "Finish now".
+    /// "Skip break", or for a focus "Finish round"; and what that does, and "Reset".
     QString skipText() const;
+    QString skipHelp() const;
+    QString resetHelp() const;
 
     Q_INVOKABLE void stepMinutes(int steps);
     Q_INVOKABLE void toggle() { store_.toggle(); }

@@ -57,8 +57,10 @@ void StretchFigure::follow() {
 
 void StretchFigure::show() {
     const FigurePose pose = stretch_ ? stretch_->figure(isReduced_) : FigurePose{};
-    if (pose != pose_) {
+    const bool isFinished = stretch_ && stretch_->isFinished();
+    if (pose != pose_ || isFinished != isFinished_) {
         pose_ = pose;
+        isFinished_ = isFinished;
         update();
     }
 }
@@ -73,7 +75,7 @@ void StretchFigure::itemChange(ItemChange change, const ItemChangeData& data) {
 void StretchFigure::paint(QPainter* painter) {
     painter->translate(width() / 2, height());
     painter->scale(height(), height());
-    FigurePainter::paint(*painter, pose_);
+    FigurePainter::paint(*painter, pose_, isFinished_ ? FigurePainter::Eyes::open : FigurePainter::Eyes::closed);
 }
 
 } // namespace kippo

@@ -40,6 +40,7 @@ private:
     StretchViewModel* stretch_ = nullptr;
     bool isReduced_ = false;
     FigurePose pose_;
+    bool isFinished_ = false; ///< and the eyes have their turn
     QTimer timer_;
 };
 

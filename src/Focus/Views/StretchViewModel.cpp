@@ -32,13 +32,23 @@ QString StretchViewModel::text() const {
                   : QStringLiteral("Last one, for your eyes: look at something about 20 feet away for 20 seconds.");
 }
 
-bool StretchViewModel::isSecondSide() const { return pose() && pose()->isOnSecondSide(elapsed()); }
+QString StretchViewModel::nextText() const {
+    if (isFinished()) {
+        return QStringLiteral("Done");
+    }
+    return index() + 1 < count() ? QStringLiteral("Next") : QStringLiteral("Finish");
+}
+
+QString StretchViewModel::spoken() const {
+    return isFinished() ? QStringLiteral("All stretches done")
+                        : QStringLiteral("Stretch %1 of %2").arg(index() + 1).arg(count());
+}
 
 QString StretchViewModel::side() const {
-    if (!hasSides()) {
+    if (!pose() || !pose()->hasSides) {
         return {};
     }
-    return isSecondSide() ? QStringLiteral("Right side") : QStringLiteral("Left side");
+    return pose()->isOnSecondSide(elapsed()) ? QStringLiteral("Right side") : QStringLiteral("Left side");
 }
 
 double StretchViewModel::progress() const {

@@ -20,8 +20,8 @@ class StretchViewModel : public QObject {
     Q_PROPERTY(int count READ count CONSTANT)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
-    Q_PROPERTY(bool hasSides READ hasSides NOTIFY changed)
-    Q_PROPERTY(bool isSecondSide READ isSecondSide NOTIFY ticked)
+    Q_PROPERTY(QString nextText READ nextText NOTIFY changed)
+    Q_PROPERTY(QString spoken READ spoken NOTIFY changed)
     Q_PROPERTY(QString side READ side NOTIFY ticked)
     Q_PROPERTY(double progress READ progress NOTIFY ticked)
     Q_PROPERTY(QString left READ left NOTIFY ticked)
@@ -46,8 +46,10 @@ public:
     /// The stretch's name and what to do; at the end, that it is done and the tip for the eyes.
     QString title() const;
     QString text() const;
-    bool hasSides() const { return pose() && pose()->hasSides; }
-    bool isSecondSide() const;
+    /// "Next", "Finish" on the last stretch, and "Done" after it.
+    QString nextText() const;
+    /// "Stretch 2 of 5".
+    QString spoken() const;
     /// "Left side" or "Right side"; empty for a stretch without sides.
     QString side() const;
     /// The part of the stretch that is over, 0 to 1, in whole seconds.
