@@ -6,6 +6,7 @@
 #include "App/Prefs.h"
 #include "App/RealApplication.h"
 #include "App/SettingsDemo.h"
+#include "Focus/Views/StretchSheet.h"
 #include "Mascot/Views/MascotSheet.h"
 #include "Platform/Qt/QtScheduler.h"
 
@@ -74,10 +75,11 @@ int run(const Options::Demo& options) {
 }
 
 int drawContactSheet(const QString& subject, const QString& file) {
-    if (subject != u"mascot") {
+    if (subject != u"mascot" && subject != u"stretches") {
         return complain(QStringLiteral("there is no contact sheet of \"%1\"; see kippo-app --help").arg(subject));
     }
-    return mascotSheet().save(file, nullptr, 0) ? 0 : complain(QStringLiteral("cannot write %1").arg(file));
+    const QImage sheet = subject == u"mascot" ? mascotSheet() : stretchSheet();
+    return sheet.save(file, nullptr, 0) ? 0 : complain(QStringLiteral("cannot write %1").arg(file));
 }
 
 } // namespace kippo::DemoMain

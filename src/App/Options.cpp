@@ -13,7 +13,7 @@ int complain(const QString& sentence) {
 const char* Options::usage() {
     return R"(usage: kippo-app [--settings]
        kippo-app --demo[=SCENE] [--screenshot=FILE] [--backdrop=COLOUR] [--dark]
-       kippo-app --contact-sheet=mascot FILE
+       kippo-app --contact-sheet=mascot|stretches FILE
 
   --settings          starts Kippo and brings up its settings
   --demo              sample sessions that come, work, wait and finish, over and over
@@ -27,6 +27,8 @@ const char* Options::usage() {
   --dark              the settings window as on a dark desktop
   --contact-sheet=mascot FILE
                       a picture of every state of the mascot in three sizes
+  --contact-sheet=stretches FILE
+                      a picture of the five stretches at several moments
 )";
 }
 
