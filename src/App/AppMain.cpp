@@ -4,6 +4,7 @@
 #include "App/RealApplication.h"
 #include "App/SettingsWindow.h"
 #include "App/TrayIcon.h"
+#include "Mascot/MascotLines.h"
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Posix/EndingSignals.h"
@@ -22,6 +23,9 @@ namespace {
 
 using namespace kippo;
 
+/// Before this the mascot may ask his first question, which would take the place of a notice.
+constexpr Seconds greetingTime{25};
+
 int runApplication(const Options& options) {
     const QDBusConnection bus = QtSessionBus::connection();
     DBusInstance instance{bus};
@@ -36,8 +40,8 @@ int runApplication(const Options& options) {
     QtScheduler scheduler;
     const std::string settingsFile = places.configFolder + "/defaults.json";
     JsonUserDefaults defaults{settingsFile};
+    const DefaultsWatch settingsWatch{defaults, settingsFile, scheduler};
     Prefs::registerDefaults(defaults);
-    const DefaultsWatch settings{defaults, settingsFile, scheduler};
     RealAgents agents{places, scheduler, defaults};
     StatusNotifierTray tray{bus,
                             {.pictures = TrayIcon::pictures(false),
@@ -57,11 +61,15 @@ int runApplication(const Options& options) {
     if (options.showsSettings) {
         delegate.showSettings();
     }
-    defaults.setDamageHandler([&delegate](const std::string& sentence) {
-        complain(QString::fromStdString(sentence));
-        delegate.panel().agents.showProblem(sentence);
+    const Timer greeted = scheduler.after(greetingTime, [&] {
+        defaults.setDamageHandler([&delegate](const std::string& sentence) {
+            complain(QString::fromStdString(sentence));
+            delegate.notch().showMascot(MascotLines::notice(sentence));
+        });
     });
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    defaults.setDamageHandler({});
+    return status;
 }
 
 /// The software renderer shows the first frame sooner, takes a third of the memory and draws nothing while nothing

@@ -87,4 +87,10 @@ MascotMessage lateNight(int hour, int minute, Random& random) {
     return said;
 }
 
+MascotMessage notice(std::string text) {
+    MascotMessage said = message(std::move(text), Mood::curious, answer("OK", Action::Case::dismiss), {});
+    said.secondary.reset();
+    return said;
+}
+
 } // namespace kippo::MascotLines

@@ -18,5 +18,7 @@ MascotMessage focusDone(bool nextIsLong, bool breakStarted, Random& random);
 MascotMessage breakOver(int focusMinutes, Random& random);
 /// At night, at `hour` (0 to 23) and `minute`.
 MascotMessage lateNight(int hour, int minute, Random& random);
+/// Something about Kippo himself that the person has to know, with an "OK".
+MascotMessage notice(std::string text);
 
 } // namespace kippo::MascotLines

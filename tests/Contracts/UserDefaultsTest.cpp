@@ -180,7 +180,7 @@ TEST(JsonUserDefaults, TellsOnceOfADamagedFile) {
     std::vector<std::string> told;
     JsonUserDefaults defaults{file};
     defaults.setDamageHandler([&](const std::string& sentence) { told.push_back(sentence); });
-    EXPECT_THAT(told, testing::ElementsAre(testing::AllOf(testing::HasSubstr(file + " (line 3)"),
+    EXPECT_THAT(told, testing::ElementsAre(testing::AllOf(testing::HasSubstr("(defaults.json, line 3)"),
                                                           testing::HasSubstr("its own defaults"),
                                                           testing::HasSubstr("“defaults.json.damaged”"))));
     defaults.reload();

@@ -248,15 +248,17 @@ void JsonUserDefaults::setDamageHandler(std::function<void(const std::string& se
 }
 
 void JsonUserDefaults::tellDamage() {
-    if (!damaged_ || toldDamage_ || !damageHandler_) {
-        return;
+    if (damageNotice_ && damageHandler_) {
+        damageHandler_(*std::exchange(damageNotice_, std::nullopt));
     }
-    toldDamage_ = true;
-    const std::string place = damagedLine_ == 0 ? "" : " (line " + std::to_string(damagedLine_) + ")";
-    damageHandler_("Kippo cannot read its settings in " + path_ + place + ". It goes on with " +
-                   (wasEverRead_ ? "those it had" : "its own defaults") +
-                   "; the next change of a setting puts that file aside as “" + path_.substr(path_.rfind('/') + 1) +
-                   ".damaged”.");
+}
+
+/// `line` is counted from 1; 0 where no line is to blame.
+std::string JsonUserDefaults::damageSentence(std::size_t line) const {
+    const std::string file = path_.substr(path_.rfind('/') + 1);
+    return "Kippo could not read its settings (" + file + (line == 0 ? "" : ", line " + std::to_string(line)) +
+           ") and goes on with " + (wasEverRead_ ? "those it had" : "its own defaults") +
+           ". The next change of one keeps that file as “" + file + ".damaged”.";
 }
 
 bool JsonUserDefaults::readIfChanged() {
@@ -277,13 +279,16 @@ bool JsonUserDefaults::readIfChanged() {
         fresh->json.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag>(text_.data(),
                                                                                                   text_.size());
     }
-    damaged_ = fresh->json.HasParseError() || !fresh->json.IsObject() || !isShallow(fresh->json);
+    const bool wasDamaged =
+        std::exchange(damaged_, fresh->json.HasParseError() || !fresh->json.IsObject() || !isShallow(fresh->json));
     if (damaged_) {
-        damagedLine_ = fresh->json.HasParseError() ? lineAt(text_, fresh->json.GetErrorOffset()) : 0;
+        if (!wasDamaged) {
+            damageNotice_ =
+                damageSentence(fresh->json.HasParseError() ? lineAt(text_, fresh->json.GetErrorOffset()) : 0);
+        }
         return false;
     }
     wasEverRead_ = true;
-    toldDamage_ = false;
     std::swap(document_, fresh);
     for (const auto& [key, value] : unwritten_) {
         put(key, value);
@@ -310,7 +315,6 @@ void JsonUserDefaults::write() {
     if (!AtomicFile::write(path_, bytes)) {
         text_ = std::move(bytes);
         damaged_ = false;
-        toldDamage_ = false;
         wasEverRead_ = true;
         unwritten_.clear();
     }

@@ -35,7 +35,7 @@ public:
     void reload();
 
     /// Gets a sentence for the person when the file turns out to be damaged, once until it was well again; at once when
-    /// it is so already.
+    /// nobody was told yet.
     void setDamageHandler(std::function<void(const std::string& sentence)> handler);
 
 private:
@@ -47,6 +47,7 @@ private:
     bool put(const std::string& key, const DefaultsValue& value);
     void write();
     bool keepDamagedFile() const;
+    std::string damageSentence(std::size_t line) const;
     void tellDamage();
 
     std::string path_;
@@ -54,9 +55,8 @@ private:
     std::unique_ptr<Document> document_;
     std::string text_;     ///< the file's bytes as last read or written
     bool damaged_ = false; ///< the file holds something that is not ours to overwrite
-    bool toldDamage_ = false;
     bool wasEverRead_ = false;
-    std::size_t damagedLine_ = 0;                                 ///< from 1; 0 where no line is to blame
+    std::optional<std::string> damageNotice_;                     ///< until the person is told
     std::map<std::string, DefaultsValue, std::less<>> unwritten_; ///< what was set since the last write
     std::function<void(const std::string&)> damageHandler_;
     std::map<std::string, DefaultsValue, std::less<>> registered_;
