@@ -116,6 +116,9 @@ void AppDelegate::startStretch() {
         ports_.defaults.set("showFocusTab", true);
     }
     lettingGo_.cancel();
+    if (!FocusStore::isBreak(stores_.focus.phase())) {
+        stores_.focus.startBreak();
+    }
     stores_.stretch.start();
     notch_->expand(NotchTab::focus);
     holdOpen();

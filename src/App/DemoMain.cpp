@@ -50,6 +50,7 @@ int runPanel(const Options::Demo& options) {
     defaults.set("mascotMutedUntil", forGood);
     defaults.set("hotKeysEnabled", false);
     defaults.set("reducedMotion", !options.scene.isEmpty());
+    DemoScenes::prepare(options.scene.toStdString(), defaults, scheduler.now());
     RealApplication application{scheduler, defaults, {}};
     AppDelegate& delegate = application.delegate();
     delegate.startApp();

@@ -1,6 +1,8 @@
 #include "App/DemoScenes.h"
 
 #include "App/DemoSessions.h"
+#include "Support/Json.h"
+#include "Support/LocalTime.h"
 
 #include <algorithm>
 #include <array>
@@ -49,6 +51,21 @@ void openExpanded(AppDelegate& application, Date now, const AgentSession& sessio
         session;
     open(application, sessions);
     application.panel().agents.toggle(QString::fromStdString(session.id));
+}
+
+/// The focus page, on the timer that `prepare` left.
+void openFocus(AppDelegate& application, Date now) {
+    application.showSessions(std::vector{DemoSessions::working(now)});
+    application.notch().expand(NotchTab::focus, true);
+}
+
+/// The stretches, after `done` of them.
+void openStretch(AppDelegate& application, Date now, int done) {
+    openFocus(application, now);
+    application.startStretch();
+    for (int i = 0; i < done; ++i) {
+        application.stores().stretch.next();
+    }
 }
 
 struct Scene {
@@ -106,9 +123,53 @@ constexpr std::array scenes{
                              .hasScanned = true,
                              .trashError = "node_modules of storefront stays where it is: its disk is read-only."});
           }},
+    Scene{"focus-idle", openFocus},
+    Scene{"focus-running", openFocus},
+    Scene{"focus-paused", openFocus},
+    Scene{"focus-break", openFocus},
+    Scene{"stretch", [](AppDelegate& to, Date now) { openStretch(to, now, 0); }},
+    Scene{"stretch-tip", [](AppDelegate& to, Date now) { openStretch(to, now, 5); }},
+};
+
+/// The timer that a scene finds, as the application saves it.
+struct SavedTimer {
+    std::string_view scene;
+    std::string_view phase;
+    std::string_view left; ///< the member that says how much is left; empty while idle
+    int seconds;           ///< which is as much
+    int total;
+    int rounds; ///< done today
+};
+
+constexpr std::array timers{
+    SavedTimer{"focus-idle", "idle", "", 0, 1500, 2},
+    SavedTimer{"focus-running", "focus", "endsAt", 1067, 1500, 2},
+    SavedTimer{"focus-paused", "focus", "pausedRemaining", 1067, 1500, 2},
+    SavedTimer{"focus-break", "shortBreak", "endsAt", 205, 300, 3},
+    SavedTimer{"stretch", "shortBreak", "endsAt", 270, 300, 3},
+    SavedTimer{"stretch-tip", "shortBreak", "endsAt", 120, 300, 3},
 };
 
 } // namespace
+
+void prepare(std::string_view name, UserDefaults& defaults, Date now) {
+    const auto* const timer = std::ranges::find(timers, name, &SavedTimer::scene);
+    if (timer == timers.end()) {
+        return;
+    }
+    std::string text;
+    Json::Writer json{text};
+    json.beginObject().key("phase").string(timer->phase);
+    if (!timer->left.empty()) {
+        const double since = timer->left == "endsAt" ? referenceSeconds(now) : 0;
+        json.key(timer->left).number(since + timer->seconds);
+    }
+    json.key("total").number(std::int64_t{timer->total});
+    json.key("round").number(std::int64_t{timer->rounds});
+    json.key("completedToday").number(std::int64_t{timer->rounds});
+    json.key("day").number(referenceSeconds(startOfLocalDay(now))).endObject();
+    defaults.set("focusState", text);
+}
 
 std::vector<std::string_view> names() {
     std::vector<std::string_view> all;

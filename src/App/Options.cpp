@@ -19,8 +19,9 @@ const char* Options::usage() {
   --demo              sample sessions that come, work, wait and finish, over and over
   --demo=SCENE        one moment of it, standing still: closed, live, live-one, live-needs-you, peek-done,
                       peek-short, peek-long, peek-needs-you, open, open-expanded, open-expanded-long, many, empty,
-                      usage, usage-counting, usage-none, left-running, leftovers, leftovers-new, leftovers-none or
-                      leftovers-failed; or the settings window on sample settings: settings-general,
+                      usage, usage-counting, usage-none, left-running, leftovers, leftovers-new, leftovers-none,
+                      leftovers-failed, focus-idle, focus-running, focus-paused, focus-break, stretch or
+                      stretch-tip; or the settings window on sample settings: settings-general,
                       settings-notch, settings-agents, settings-change or settings-guide
   --screenshot=FILE   a picture of that moment, and no window
   --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95

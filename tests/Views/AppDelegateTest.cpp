@@ -205,19 +205,23 @@ TEST_F(AppDelegateTest, AnswersToTheMascotAreActedOn) {
 
 TEST_F(AppDelegateTest, TheNotchStaysOpenForTheStretches) {
     defaults.set("showFocusTab", false);
+    stores.focus.begin(Phase::focus, 25);
     application.perform({MascotMessage::Action::Case::stretch});
+    EXPECT_EQ(stores.focus.phase(), Phase::shortBreak) << "the break that is due";
     scheduler.advance(Seconds{70});
     EXPECT_EQ(panel.model.fields().tab, NotchTab::focus);
     EXPECT_EQ(mode(), Mode::expanded);
     EXPECT_EQ(stores.stretch.index(), 2);
     stores.stretch.end();
     scheduler.advance(Seconds{1});
-    EXPECT_EQ(mode(), Mode::collapsed);
+    EXPECT_EQ(mode(), Mode::live) << "closed, but the break goes on";
 
     // A pin of the person's own stays.
     application.openTab(NotchTab::focus);
     application.notch().setPinned(true);
+    const auto endsAt = stores.focus.endsAt();
     application.startStretch();
+    EXPECT_EQ(stores.focus.endsAt(), endsAt) << "the break goes on";
     stores.stretch.end();
     EXPECT_TRUE(panel.model.fields().isPinned);
 }
