@@ -43,29 +43,48 @@ set(kippo_qml
   Notch/Views/NotchPanel.qml
   Notch/Views/PeekView.qml
   Notch/Views/WingView.qml
+  Settings/Views/AboutSettingsPage.qml
   Settings/Views/AgentSettingsPage.qml
+  Settings/Views/AlertSettingsPage.qml
+  Settings/Views/AppearanceBindings.qml
   Settings/Views/ChangeSheet.qml
   Settings/Views/ChoiceRow.qml
   Settings/Views/FocusRing.qml
+  Settings/Views/FocusSettingsPage.qml
   Settings/Views/GeneralSettingsPage.qml
   Settings/Views/GroupRow.qml
   Settings/Views/GuideSheet.qml
   Settings/Views/HookAgentRow.qml
+  Settings/Views/HotKeyRow.qml
   Settings/Views/IconButton.qml
+  Settings/Views/KeyCaps.qml
   Settings/Views/NameListRow.qml
+  Settings/Views/NotchPicture.qml
   Settings/Views/NotchSettingsPage.qml
   Settings/Views/NoticeBanner.qml
+  Settings/Views/NumberRow.qml
   Settings/Views/PlainAgentRow.qml
   Settings/Views/PushButton.qml
+  Settings/Views/ReportSheet.qml
   Settings/Views/SettingsGroup.qml
   Settings/Views/SettingsPage.qml
   Settings/Views/SettingsSheet.qml
   Settings/Views/SettingsSidebar.qml
   Settings/Views/SettingsText.qml
   Settings/Views/SettingsWindow.qml
+  Settings/Views/SoundRow.qml
+  Settings/Views/StepSign.qml
+  Settings/Views/SwatchRow.qml
   Settings/Views/SwitchRow.qml
   Settings/Views/ThinScrollBar.qml
   Settings/Views/WatchedPrograms.qml
+  Settings/Views/Welcome/ConnectStep.qml
+  Settings/Views/Welcome/EndStep.qml
+  Settings/Views/Welcome/HelloStep.qml
+  Settings/Views/Welcome/StartStep.qml
+  Settings/Views/Welcome/WelcomePicture.qml
+  Settings/Views/Welcome/WelcomeStep.qml
+  Settings/Views/Welcome/WelcomeWindow.qml
 )
 set_source_files_properties(${kippo_qml_singletons} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 foreach(file IN LISTS kippo_qml)
@@ -100,10 +119,16 @@ set(kippo_views_sources
   Notch/Views/NotchStage.cpp
   Notch/Views/NotchViewModel.cpp
   Theme/Icon.cpp
+  Settings/Views/AboutViewModel.cpp
   Settings/Views/AgentSettingsRow.cpp
   Settings/Views/AgentSettingsViewModel.cpp
+  Settings/Views/FocusSettingsViewModel.cpp
+  Settings/Views/HotKeysViewModel.cpp
+  Settings/Views/LoginViewModel.cpp
   Settings/Views/PlannedChange.cpp
   Settings/Views/PreferencesViewModel.cpp
+  Settings/Views/SoundsViewModel.cpp
+  Settings/Views/WelcomeViewModel.cpp
 )
 qt_add_library(kippo_views STATIC)
 set_target_properties(kippo_views PROPERTIES AUTOMOC ON)
@@ -142,10 +167,16 @@ qt_add_qml_module(kippo_views
     Notch/Views/NotchStage.h
     Notch/Views/NotchViewModel.h
     Theme/Icon.h
+    Settings/Views/AboutViewModel.h
     Settings/Views/AgentSettingsRow.h
     Settings/Views/AgentSettingsViewModel.h
+    Settings/Views/FocusSettingsViewModel.h
+    Settings/Views/HotKeysViewModel.h
+    Settings/Views/LoginViewModel.h
     Settings/Views/PlannedChange.h
     Settings/Views/PreferencesViewModel.h
+    Settings/Views/SoundsViewModel.h
+    Settings/Views/WelcomeViewModel.h
     Theme/KeyedListModel.h
 )
 # The generated registration includes headers by their bare name.

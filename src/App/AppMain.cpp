@@ -2,7 +2,7 @@
 #include "App/Options.h"
 #include "App/Prefs.h"
 #include "App/RealApplication.h"
-#include "App/SettingsWindow.h"
+#include "App/RealWindows.h"
 #include "App/TrayIcon.h"
 #include "Mascot/MascotLines.h"
 #include "Platform/Linux/Installation.h"
@@ -10,7 +10,6 @@
 #include "Platform/Posix/EndingSignals.h"
 #include "Platform/Qt/DBusInstance.h"
 #include "Platform/Qt/DefaultsWatch.h"
-#include "Platform/Qt/QtDesktopLook.h"
 #include "Platform/Qt/QtScheduler.h"
 #include "Platform/Qt/QtSessionBus.h"
 #include "Platform/Qt/StatusNotifierTray.h"
@@ -50,11 +49,7 @@ int runApplication(const Options& options) {
     RealApplication application{scheduler, defaults, {.tray = &tray}};
     AppDelegate& delegate = application.delegate();
     delegate.follow(agents.store());
-    QtDesktopLook look;
-    SettingsWindow settingsWindow{{agents.store(), scheduler, defaults, application.screens(), look}};
-    delegate.onShowSettings = [&settingsWindow](const std::string& page) {
-        settingsWindow.show(QString::fromStdString(page));
-    };
+    RealWindows windows{application, agents, scheduler, defaults, places};
     delegate.onQuit = [] { QCoreApplication::quit(); };
     delegate.finishLaunching();
     delegate.answer(instance);
@@ -62,8 +57,9 @@ int runApplication(const Options& options) {
         delegate.showSettings();
     }
     const Timer greeted = scheduler.after(greetingTime, [&] {
-        defaults.setDamageHandler([&delegate](const std::string& sentence) {
+        defaults.setDamageHandler([&delegate, &windows](const std::string& sentence) {
             complain(QString::fromStdString(sentence));
+            windows.setNotice(sentence);
             delegate.notch().showMascot(MascotLines::notice(sentence));
         });
     });

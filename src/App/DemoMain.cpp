@@ -34,9 +34,9 @@ int runSettings(const Options::Demo& options) {
     defaults.set("reducedMotion", !options.screenshot.isEmpty());
     QtScreens screens;
     SettingsDemo demo{scheduler, defaults, screens, options.isDark};
-    demo.show(options.scene);
+    QQuickView& view = demo.show(options.scene);
     if (!options.screenshot.isEmpty()) {
-        return takePicture(*demo.window().view(), options.screenshot);
+        return takePicture(view, options.screenshot);
     }
     QGuiApplication::setQuitOnLastWindowClosed(true);
     return QGuiApplication::exec();

@@ -21,11 +21,12 @@ const char* Options::usage() {
                       peek-short, peek-long, peek-needs-you, open, open-expanded, open-expanded-long, many, empty,
                       usage, usage-counting, usage-none, left-running, leftovers, leftovers-new, leftovers-none,
                       leftovers-failed, focus-idle, focus-running, focus-paused, focus-break, stretch or
-                      stretch-tip; or the settings window on sample settings: settings-general,
-                      settings-notch, settings-agents, settings-change or settings-guide
+                      stretch-tip; or a window on sample settings: settings-general, settings-notch,
+                      settings-agents, settings-change, settings-guide, settings-alerts, settings-focus,
+                      settings-about, settings-report, settings-damaged, or welcome-1 to welcome-4
   --screenshot=FILE   a picture of that moment, and no window
   --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
-  --dark              the settings window as on a dark desktop
+  --dark              the settings and the welcome as on a dark desktop
   --contact-sheet=mascot FILE
                       a picture of every state of the mascot in three sizes
   --contact-sheet=stretches FILE

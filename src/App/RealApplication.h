@@ -60,6 +60,9 @@ public:
 
     AppDelegate& delegate() { return delegate_; }
     Screens& screens() { return screens_; }
+    Sounds& sounds() { return sounds_; }
+    Desktop& desktop() { return desktop_; }
+    UrlOpener& urls() { return urls_; }
     QQuickView& view() { return window_.view(); }
 
 private:

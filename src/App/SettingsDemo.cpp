@@ -54,6 +54,43 @@ private:
     bool isDark_;
 };
 
+/// A switch and nothing behind it.
+class DemoLoginItem final : public LoginItem {
+public:
+    bool isOn() override { return isOn_; }
+    std::expected<void, Error> set(bool on) override {
+        isOn_ = on;
+        return {};
+    }
+
+private:
+    bool isOn_ = false;
+};
+
+/// A clipboard of its own.
+class DemoDesktop final : public Desktop {
+public:
+    void openFolder(const std::string&) override {}
+    void copy(const std::string&) override {}
+};
+
+/// Sounds that nobody hears.
+class DemoSounds final : public Sounds {
+public:
+    void play(Sound) override {}
+};
+
+constexpr std::string_view report = "Kippo " KIPPO_VERSION R"text(
+Debian 12, GNOME, xcb, Qt 6.4.2
+
+Claude Code: connected, 2 min ago; 1 Working, 1 Needs you
+Codex: connected, no event
+Cursor: not connected, no event
+Gemini CLI: not connected, no event
+opencode: not connected, no event
+aider: not connected, no event, hidden
+)text";
+
 constexpr std::string_view claudeSettings = R"text({
   "model": "opus",
   "permissions": {
@@ -73,16 +110,26 @@ constexpr std::string_view claudeSettings = R"text({
 
 struct Scene {
     QLatin1StringView name;
-    QString page;
+    const char* page;  ///< of the settings; null for a step of the welcome
     const char* sheet; ///< what is open on the agents page; null for nothing
+    int step = 0;      ///< of the welcome
 };
 
-const std::array scenes{
-    Scene{QLatin1StringView{"settings-general"}, QStringLiteral("General"), nullptr},
-    Scene{QLatin1StringView{"settings-notch"}, QStringLiteral("Notch"), nullptr},
-    Scene{QLatin1StringView{"settings-agents"}, QStringLiteral("Agents"), nullptr},
-    Scene{QLatin1StringView{"settings-change"}, QStringLiteral("Agents"), "changeSheet"},
-    Scene{QLatin1StringView{"settings-guide"}, QStringLiteral("Agents"), "guideSheet"},
+constexpr std::array scenes{
+    Scene{QLatin1StringView{"settings-general"}, "General", nullptr},
+    Scene{QLatin1StringView{"settings-notch"}, "Notch", nullptr},
+    Scene{QLatin1StringView{"settings-agents"}, "Agents", nullptr},
+    Scene{QLatin1StringView{"settings-change"}, "Agents", "changeSheet"},
+    Scene{QLatin1StringView{"settings-guide"}, "Agents", "guideSheet"},
+    Scene{QLatin1StringView{"settings-alerts"}, "Alerts & sounds", nullptr},
+    Scene{QLatin1StringView{"settings-focus"}, "Focus & Kippo", nullptr},
+    Scene{QLatin1StringView{"settings-about"}, "About", nullptr},
+    Scene{QLatin1StringView{"settings-report"}, "About", "reportSheet"},
+    Scene{QLatin1StringView{"settings-damaged"}, "General", nullptr},
+    Scene{QLatin1StringView{"welcome-1"}, nullptr, nullptr, 0},
+    Scene{QLatin1StringView{"welcome-2"}, nullptr, nullptr, 1},
+    Scene{QLatin1StringView{"welcome-3"}, nullptr, nullptr, 2},
+    Scene{QLatin1StringView{"welcome-4"}, nullptr, nullptr, 3},
 };
 
 const Scene* sceneOf(const QString& name) {
@@ -100,6 +147,19 @@ UserDefaults& furnished(UserDefaults& defaults, UserFiles& files, const std::str
     return defaults;
 }
 
+void showSheet(const QObject& window, std::string_view name) {
+    QObject* const sheet = window.findChild<QObject*>(QString::fromLatin1(name.data()));
+    if (name == "reportSheet") {
+        QMetaObject::invokeMethod(sheet, "show");
+    } else if (name == "changeSheet") {
+        QMetaObject::invokeMethod(sheet, "show", Q_ARG(int, static_cast<int>(AgentLook::Kind::Claude)),
+                                  Q_ARG(QString, QStringLiteral("Claude Code")), Q_ARG(bool, false));
+    } else {
+        QMetaObject::invokeMethod(sheet, "show", Q_ARG(int, static_cast<int>(AgentLook::Kind::Codex)),
+                                  Q_ARG(QString, QStringLiteral("Codex")));
+    }
+}
+
 } // namespace
 
 struct SettingsDemo::Parts {
@@ -114,11 +174,29 @@ struct SettingsDemo::Parts {
                                          .runner = runner,
                                          .trash = trash,
                                          .executable = "/usr/bin/kippo"}),
-          window({store, scheduler, defaults, screens, look}) {
+          settings({store,
+                    scheduler,
+                    defaults,
+                    screens,
+                    look,
+                    loginItem,
+                    sounds,
+                    desktop,
+                    hotKeys,
+                    KIPPO_VERSION,
+                    {.text = [] { return std::string{report}; }, .send = [] { return std::string{}; }}}),
+          welcome({store,
+                   scheduler,
+                   defaults,
+                   screens,
+                   look,
+                   loginItem,
+                   hotKeys,
+                   {HookAgent::claude, HookAgent::codex, HookAgent::cursor}}) {
+        using State = HotKeyRecord::State;
+        hotKeys.set({{{'A'}, "Open Agents", State::held}, {{'P'}, "Start or Pause Focus", State::takenByAnother}});
         store.refreshOnce();
         store.connect(HookAgent::claude);
-        store.setSummaryInstructions(HookAgent::claude, true);
-        store.connect(HookAgent::codex);
     }
 
     Places places() const {
@@ -137,8 +215,13 @@ struct SettingsDemo::Parts {
     DemoRunner runner;
     DemoTrash trash;
     DemoLook look;
+    DemoLoginItem loginItem;
+    DemoSounds sounds;
+    DemoDesktop desktop;
+    HotKeyState hotKeys;
     AgentStore store;
-    SettingsWindow window;
+    SettingsWindow settings;
+    WelcomeWindow welcome;
 };
 
 bool SettingsDemo::isScene(const QString& scene) { return sceneOf(scene) != nullptr; }
@@ -148,27 +231,25 @@ SettingsDemo::SettingsDemo(Scheduler& scheduler, UserDefaults& defaults, Screens
 
 SettingsDemo::~SettingsDemo() = default;
 
-SettingsWindow& SettingsDemo::window() { return parts_->window; }
-
-void SettingsDemo::show(const QString& scene) {
+QQuickView& SettingsDemo::show(const QString& scene) {
     const Scene* const wanted = sceneOf(scene);
-    if (!wanted) {
-        return;
+    if (!wanted || !wanted->page) {
+        parts_->welcome.show();
+        parts_->welcome.view()->rootObject()->setProperty("step", wanted ? wanted->step : 0);
+        return *parts_->welcome.view();
     }
-    parts_->window.show(wanted->page);
-    if (!wanted->sheet) {
-        return;
+    parts_->store.setSummaryInstructions(HookAgent::claude, true);
+    parts_->store.connect(HookAgent::codex);
+    if (scene == u"settings-damaged") {
+        parts_->settings.setNotice(
+            QStringLiteral("The settings could not be read and are as new. The old file is kept beside them as "
+                           "defaults.json.damaged."));
     }
-    QObject* const root = parts_->window.view()->rootObject();
-    QObject* const sheet = root->findChild<QObject*>(QLatin1StringView{wanted->sheet});
-    const bool isChange = wanted->sheet == std::string_view{"changeSheet"};
-    const int kind = static_cast<int>(isChange ? AgentLook::Kind::Claude : AgentLook::Kind::Codex);
-    if (isChange) {
-        QMetaObject::invokeMethod(sheet, "show", Q_ARG(int, kind), Q_ARG(QString, QStringLiteral("Claude Code")),
-                                  Q_ARG(bool, false));
-    } else {
-        QMetaObject::invokeMethod(sheet, "show", Q_ARG(int, kind), Q_ARG(QString, QStringLiteral("Codex")));
+    parts_->settings.show(QString::fromLatin1(wanted->page));
+    if (wanted->sheet) {
+        showSheet(*parts_->settings.view()->rootObject(), wanted->sheet);
     }
+    return *parts_->settings.view();
 }
 
 } // namespace kippo

@@ -1,16 +1,18 @@
 #pragma once
 
 #include "App/SettingsWindow.h"
+#include "App/WelcomeWindow.h"
 
 namespace kippo {
 
-/// The settings window on a home folder of its own, gone with the object: one agent is connected and heard from, one
-/// only connected, one's settings file is no JSON, and some programs are watched. What is pressed in it really happens,
-/// there.
+/// The settings window and the welcome on a home folder of their own, gone with the object: one agent is connected and
+/// heard from, one only connected, one's settings file is no JSON, and some programs are watched. What is pressed in
+/// them really happens, there.
 class SettingsDemo {
 public:
-    /// The scenes' names: "settings-general", "settings-notch", "settings-agents", and "settings-guide" and
-    /// "settings-change", the agents page with a sheet open.
+    /// The scenes' names: "settings-" and a page ("general", "notch", "agents", "alerts", "focus", "about"),
+    /// "settings-guide" and "settings-change" (the agents page with a sheet open), "settings-report" and
+    /// "settings-damaged", and "welcome-1" to "welcome-4".
     static bool isScene(const QString& scene);
 
     /// `defaults` gets the sample settings; it and the others must outlive the demo.
@@ -19,9 +21,8 @@ public:
     SettingsDemo(const SettingsDemo&) = delete;
     SettingsDemo& operator=(const SettingsDemo&) = delete;
 
-    /// Opens the window, as in the scene.
-    void show(const QString& scene);
-    SettingsWindow& window();
+    /// Opens the window of the scene, as in the scene.
+    QQuickView& show(const QString& scene);
 
 private:
     struct Parts;

@@ -34,11 +34,13 @@ public:
             observers_.notify();
         }
     }
-    [[nodiscard]] Subscription observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
+    [[nodiscard]] Subscription observe(std::function<void()> callback) const {
+        return observers_.add(std::move(callback));
+    }
 
 private:
     std::vector<HotKeyRecord> records_;
-    Observers observers_;
+    mutable Observers observers_; ///< watching changes nothing
 };
 
 } // namespace kippo

@@ -38,4 +38,6 @@ QColor Appearance::accentText() const {
     return Palette::readable(chosenAccent(), QColor{isDark() ? darkGround : lightGround});
 }
 
+QColor Appearance::desktopAccent() const { return Palette::accent(QStringLiteral("system"), look_.accent()); }
+
 } // namespace kippo

@@ -26,6 +26,8 @@ class Appearance : public QObject {
     Q_PROPERTY(QColor accentInk READ accentInk NOTIFY changed)
     /// Text and outlines in the accent in the windows.
     Q_PROPERTY(QColor accentText READ accentText NOTIFY changed)
+    /// What the accent "system" stands for.
+    Q_PROPERTY(QColor desktopAccent READ desktopAccent NOTIFY changed)
 
 public:
     Appearance(UserDefaults& defaults, DesktopLook& look, QObject* parent = nullptr);
@@ -37,6 +39,7 @@ public:
     QColor accent() const;
     QColor accentInk() const;
     QColor accentText() const;
+    QColor desktopAccent() const;
 
 signals:
     void changed();

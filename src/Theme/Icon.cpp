@@ -71,6 +71,35 @@ QPainterPath strokes(Icon::Name name) {
         line({{12, 7.6}, {12, 12.8}});
         line({{12, 16.3}, {12, 16.31}});
         break;
+    case Icon::Bell:
+        path.moveTo(5, 17);
+        path.cubicTo({7.2, 14.6}, {6.6, 12.6}, {6.8, 10});
+        path.cubicTo({7.2, 6.6}, {9.2, 4.8}, {12, 4.8});
+        path.cubicTo({14.8, 4.8}, {16.8, 6.6}, {17.2, 10});
+        path.cubicTo({17.4, 12.6}, {16.8, 14.6}, {19, 17});
+        path.closeSubpath();
+        line({{10.3, 20.2}, {13.7, 20.2}});
+        break;
+    case Icon::Clock:
+        path.addEllipse(QPointF{12, 12}, 8.6, 8.6);
+        line({{12, 7.2}, {12, 12}, {15.4, 14}});
+        break;
+    case Icon::Info:
+        path.addEllipse(QPointF{12, 12}, 8.6, 8.6);
+        line({{12, 11.4}, {12, 16.4}});
+        line({{12, 7.7}, {12, 7.71}});
+        break;
+    case Icon::Play:
+        line({{7.5, 4.8}, {19, 12}, {7.5, 19.2}});
+        path.closeSubpath();
+        break;
+    case Icon::Plus:
+        line({{12, 5.5}, {12, 18.5}});
+        line({{5.5, 12}, {18.5, 12}});
+        break;
+    case Icon::Minus:
+        line({{5.5, 12}, {18.5, 12}});
+        break;
     }
     return path;
 }

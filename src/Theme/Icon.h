@@ -16,7 +16,7 @@ class Icon : public QQuickPaintedItem {
 public:
     // QML knows enumerators only by names that begin with a capital.
     // NOLINTNEXTLINE(readability-identifier-naming)
-    enum Name { Gear, Sliders, Notch, Agents, Chevron, Cross, Tick, Warning };
+    enum Name { Gear, Sliders, Notch, Agents, Chevron, Cross, Tick, Warning, Bell, Clock, Info, Play, Plus, Minus };
     Q_ENUM(Name)
 
     explicit Icon(QQuickItem* parent = nullptr);

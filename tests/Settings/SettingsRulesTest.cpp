@@ -1,6 +1,10 @@
+#include "Fakes/PrivateHome.h"
 #include "Settings/ConnectionState.h"
+#include "Settings/FoundAgents.h"
+#include "Settings/QuietTime.h"
 #include "Settings/SetupGuide.h"
 #include "Settings/WatchedName.h"
+#include "Support/LocalTime.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -59,6 +63,33 @@ TEST(SetupGuideTest, SaysWhatSurprisesPeopleAboutEachAgent) {
             return step.text.find(words) != std::string::npos;
         })) << words;
     }
+}
+
+TEST(QuietTimeTest, SaysUntilWhen) {
+    const Date now = atHour(dateFromUnix(1795226400), 22);
+    const Date midnight = startOfLocalDay(now, 1);
+    EXPECT_EQ(quietSentence({}, now), "");
+    EXPECT_EQ(quietSentence({.until = midnight, .nightUntil = midnight + 6h}, now), "He is quiet until midnight.");
+    EXPECT_EQ(quietSentence({.until = {}, .nightUntil = midnight + 6h}, now),
+              "He says nothing about bed until 06:00 tomorrow.");
+    EXPECT_EQ(quietSentence({.until = {}, .nightUntil = midnight + 6h}, midnight + 1h),
+              "He says nothing about bed until 06:00.");
+}
+
+TEST(FoundAgentsTest, ByTheirFolderOrTheirProgram) {
+    const PrivateHome home;
+    const auto isThere = [&home](HookAgent agent) {
+        return isOnMachine(agent, home.path(), ":/nowhere:" + home.path("bin"));
+    };
+    for (const HookAgent agent : allHookAgents) {
+        EXPECT_FALSE(isThere(agent));
+    }
+    home.write(".claude/CLAUDE.md", "");
+    home.write("bin/codex", "");
+    home.write(".cursor", "a file, and no folder of Cursor's");
+    EXPECT_TRUE(isThere(HookAgent::claude));
+    EXPECT_TRUE(isThere(HookAgent::codex));
+    EXPECT_FALSE(isThere(HookAgent::cursor));
 }
 
 } // namespace

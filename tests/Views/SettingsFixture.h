@@ -18,7 +18,7 @@ namespace kippo {
 class FakeDesktopLook final : public DesktopLook {
 public:
     bool isDark() const override { return isDark_; }
-    std::optional<std::uint32_t> accent() const override { return {}; }
+    std::optional<std::uint32_t> accent() const override { return accent_; }
     [[nodiscard]] Subscription observe(std::function<void()> callback) override {
         return observers_.add(std::move(callback));
     }
@@ -26,9 +26,14 @@ public:
         isDark_ = isDark;
         observers_.notify();
     }
+    void setAccent(std::uint32_t accent) {
+        accent_ = accent;
+        observers_.notify();
+    }
 
 private:
     bool isDark_ = false;
+    std::optional<std::uint32_t> accent_;
     Observers observers_;
 };
 

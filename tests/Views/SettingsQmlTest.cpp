@@ -1,17 +1,21 @@
 #include "App/SettingsWindow.h"
+#include "Fakes/FakeDesktop.h"
+#include "Fakes/FakeLoginItem.h"
+#include "Fakes/FakeSounds.h"
+#include "Mascot/Coach.h"
 #include "SettingsFixture.h"
+#include "Theme/Appearance.h"
+#include "Theme/Palette.h"
+#include "WindowProbe.h"
 
-#include <QQuickItem>
-#include <QSignalSpy>
-#include <QTest>
-#include <algorithm>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace kippo {
 namespace {
 
-struct SettingsQmlTest : testing::Test, SettingsFixture {
+struct SettingsQmlTest : testing::Test, SettingsFixture, WindowProbe {
     SettingsQmlTest() {
+        view = [this] { return window.view(); };
         defaults.set("reducedMotion", true);
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
             // Offscreen there is nothing to be raised above.
@@ -22,40 +26,32 @@ struct SettingsQmlTest : testing::Test, SettingsFixture {
     }
     ~SettingsQmlTest() override { qInstallMessageHandler(nullptr); }
 
-    template <typename Visit> static void visit(QQuickItem* item, const Visit& visitor) {
-        if (item->isVisible()) {
-            visitor(*item);
-            for (QQuickItem* child : item->childItems()) {
-                visit(child, visitor);
-            }
-        }
-    }
-    /// The item that a screen reader calls `name`.
-    QQuickItem* named(const QString& name) {
-        QQuickItem* found = nullptr;
-        visit(window.view()->contentItem(), [&](QQuickItem& item) {
-            found = item.property("spoken") == name || item.property("title") == name ? &item : found;
-        });
-        return found;
-    }
-    bool shows(const QString& text) {
-        bool found = false;
-        visit(window.view()->contentItem(), [&](QQuickItem& item) {
-            found = found || (item.inherits("QQuickText") && item.property("text").toString().contains(text));
-        });
-        return found;
-    }
-    void click(const QString& name) {
-        QQuickItem* const item = named(name);
-        ASSERT_TRUE(item) << qPrintable(name);
-        const QPointF middle = item->mapToScene(QPointF{item->width() / 2, item->height() / 2});
-        QTest::mouseClick(window.view(), Qt::LeftButton, {}, middle.toPoint());
-        QTest::qWait(50);
-    }
-
     FakeScreens screens{{{.name = "eDP-1", .frame = {0, 0, 1600, 1000}, .isBuiltIn = true}}};
     FakeDesktopLook look;
-    SettingsWindow window{{store, scheduler, defaults, screens, look}};
+    FakeLoginItem loginItem;
+    FakeSounds sounds;
+    FakeDesktop desktop;
+    HotKeyState hotKeys;
+    std::string sendingFails;
+    int sent = 0;
+    SettingsWindow window{{store,
+                           scheduler,
+                           defaults,
+                           screens,
+                           look,
+                           loginItem,
+                           sounds,
+                           desktop,
+                           hotKeys,
+                           "1.2.3",
+                           {.text = [] { return "Claude Code: connected\n"; },
+                            .send =
+                                [this] {
+                                    ++sent;
+                                    return sendingFails;
+                                }}}};
+    const QStringList pages{u"General"_qs,         u"Notch"_qs,         u"Agents"_qs,
+                            u"Alerts & sounds"_qs, u"Focus & Kippo"_qs, u"About"_qs};
 };
 
 TEST_F(SettingsQmlTest, ConnectsAnAgentAfterShowingTheChange) {
@@ -102,6 +98,134 @@ TEST_F(SettingsQmlTest, PreferencesTakeEffectAtOnceAndFollowTheOutside) {
     EXPECT_TRUE(shows(u"DP-2 (not connected)"_qs));
     click(u"The built-in display"_qs);
     EXPECT_EQ(defaults.get<std::string>("display"), "builtIn");
+}
+
+TEST_F(SettingsQmlTest, EverySwitchOfEveryPageWritesItsKeyAndHasAName) {
+    const std::map<QString, std::vector<std::pair<QString, std::string>>> switches{
+        {u"General"_qs,
+         {{u"Show Kippo in the tray"_qs, "showMenuBarIcon"},
+          {u"Open when the pointer rests on the notch"_qs, "openOnHover"},
+          {u"Use hot keys"_qs, "hotKeysEnabled"}}},
+        {u"Notch"_qs,
+         {{u"Show what is going on"_qs, "showLiveActivity"},
+          {u"Focus page"_qs, "showFocusTab"},
+          {u"Reduce motion"_qs, "reducedMotion"}}},
+        {u"Alerts & sounds"_qs, {{u"With a sound"_qs, "agentSound"}, {u"Announce agents"_qs, "agentAlerts"}}},
+        {u"Focus & Kippo"_qs,
+         {{u"Start breaks by themselves"_qs, "autoStartBreaks"},
+          {u"Let him roam"_qs, "mascotRoams"},
+          {u"Night owl"_qs, "mascotNightOwl"}}},
+    };
+    window.view()->resize(880, 1400); // so that everything is in sight
+    for (const QString& page : pages) {
+        window.show(page);
+        QTest::qWait(50);
+        EXPECT_EQ(unnamedControls(), QStringList{}) << qPrintable(page);
+        const auto found = switches.find(page);
+        for (const auto& [title, key] : found == switches.end() ? decltype(found->second){} : found->second) {
+            const bool before = defaults.get<bool>(key);
+            click(title);
+            EXPECT_EQ(defaults.get<bool>(key), !before) << key;
+            EXPECT_EQ(named(title)->property("isOn").toBool(), !before) << key;
+        }
+    }
+}
+
+TEST_F(SettingsQmlTest, TypedMinutesAreBroughtWithinTheirBounds) {
+    window.show(u"Focus & Kippo"_qs);
+    QTest::qWait(50);
+    QQuickItem* box = nullptr;
+    visit(named(u"Focus"_qs), [&box](QQuickItem& item) { box = item.inherits("QQuickSpinBox") ? &item : box; });
+    ASSERT_TRUE(box);
+    box->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Up);
+    EXPECT_EQ(defaults.get<std::int64_t>("focusMinutes"), 30);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(defaults.get<std::int64_t>("focusMinutes"), 55);
+    for (const auto& [typed, stored] : {std::pair{"999", 180}, {"0", 1}, {"42", 42}}) {
+        press(Qt::Key_A, Qt::ControlModifier);
+        for (const char* digit = typed; *digit; ++digit) {
+            press(static_cast<Qt::Key>(*digit));
+        }
+        press(Qt::Key_Return);
+        EXPECT_EQ(defaults.get<std::int64_t>("focusMinutes"), stored) << typed;
+        EXPECT_EQ(box->property("displayText"), QString::number(stored)) << "shows what is not so";
+    }
+}
+
+TEST_F(SettingsQmlTest, TellsWhatDidNotComeAboutOutside) {
+    hotKeys.set({{{'A'}, "Open Agents", HotKeyRecord::State::takenByAnother}});
+    loginItem.refuses = true;
+    window.show(u"General"_qs);
+    QTest::qWait(50);
+    click(u"Start at login"_qs);
+    EXPECT_TRUE(shows(u"Start at login could not be changed: Permission denied."_qs));
+    EXPECT_FALSE(named(u"Start at login"_qs)->property("isOn").toBool());
+    EXPECT_TRUE(shows(u"Held by another program"_qs));
+    window.setNotice(u"The settings could not be read."_qs);
+    EXPECT_TRUE(shows(u"The settings could not be read."_qs));
+    click(u"Dismiss the message"_qs);
+    window.view()->close();
+    window.show();
+    EXPECT_FALSE(shows(u"The settings could not be read."_qs)) << "is told twice";
+}
+
+TEST_F(SettingsQmlTest, PlaysSoundsAndQuietsTheMascot) {
+    window.show(u"Alerts & sounds"_qs);
+    QTest::qWait(50);
+    click(u"Play Funk"_qs);
+    click(u"Play Blow"_qs);
+    EXPECT_THAT(sounds.played, testing::ElementsAre(Sound::funk, Sound::blow));
+    window.show(u"Focus & Kippo"_qs);
+    QTest::qWait(50);
+    click(u"Quiet for the rest of today"_qs);
+    EXPECT_TRUE(Coach::quiet(defaults, scheduler.now()).until);
+    EXPECT_TRUE(shows(u"He is quiet until midnight."_qs));
+    click(u"Let him speak again"_qs);
+    EXPECT_EQ(Coach::quiet(defaults, scheduler.now()), Coach::Quiet{});
+}
+
+TEST_F(SettingsQmlTest, AReportIsReadBeforeItGoes) {
+    window.showReport();
+    QTest::qWait(50);
+    EXPECT_TRUE(shows(u"Claude Code: connected"_qs));
+    EXPECT_EQ(sent, 0);
+    click(u"Copy the report"_qs);
+    EXPECT_EQ(desktop.clipboard, "Claude Code: connected\n");
+    sendingFails = "There is no mail program.";
+    click(u"Send the report by mail"_qs);
+    EXPECT_TRUE(shows(u"There is no mail program."_qs));
+    sendingFails.clear();
+    click(u"Send the report by mail"_qs);
+    EXPECT_EQ(sent, 2);
+    EXPECT_FALSE(shows(u"Claude Code: connected"_qs)) << "stays open when it has gone";
+}
+
+TEST_F(SettingsQmlTest, EveryAccentCanBeReadInBothLooksAndOnEveryStyle) {
+    const Appearance appearance{defaults, look};
+    window.show(u"Notch"_qs);
+    QTest::qWait(50);
+    click(u"Accent: Yellow"_qs);
+    EXPECT_EQ(defaults.get<std::string>("accent"), "yellow");
+    click(u"Style: Midnight"_qs);
+    EXPECT_EQ(appearance.surface(), Palette::surface(u"midnight"_qs));
+    for (const std::uint32_t desktopAccent : {0x000000U, 0xffffffU, 0xffff00U, 0x00003fU, 0x808080U}) {
+        look.setAccent(desktopAccent);
+        for (const char* accent :
+             {"system", "blue", "purple", "pink", "red", "orange", "yellow", "green", "graphite"}) {
+            defaults.set("accent", accent);
+            EXPECT_GE(Palette::contrast(appearance.accent(), appearance.accentInk()), 4.5) << accent;
+            for (const Palette::Choice& style : Palette::styles()) {
+                EXPECT_GE(Palette::contrast(appearance.panelAccent(), QColor{style.colour}), 4.5) << accent;
+            }
+            for (const bool isDark : {false, true}) {
+                look.set(isDark);
+                EXPECT_GE(Palette::contrast(appearance.accentText(), isDark ? QColor{0x29, 0x29, 0x2c} : Qt::white),
+                          4.5)
+                    << accent;
+            }
+        }
+    }
 }
 
 TEST_F(SettingsQmlTest, FollowsTheDesktopsLookAndLeavesNothingBehindWhenClosed) {

@@ -18,6 +18,8 @@ GroupRow {
     required property bool hasLights
     required property bool asksForSummary
     property bool isOpen: false
+    /// Only the connection, without everything else about the agent.
+    property bool isBrief: false
 
     signal changeAsked(bool connects)
     signal guideAsked()
@@ -36,6 +38,7 @@ GroupRow {
         height: Math.max(60, words.height + 24)
 
         TapHandler {
+            enabled: !row.isBrief
             onTapped: row.isOpen = !row.isOpen
         }
 
@@ -103,7 +106,7 @@ GroupRow {
             id: actions
 
             anchors.right: parent.right
-            anchors.rightMargin: 8
+            anchors.rightMargin: row.isBrief ? SettingsTheme.rowMargin : 8
             anchors.verticalCenter: parent.verticalCenter
             spacing: 4
 
@@ -131,6 +134,7 @@ GroupRow {
             }
 
             IconButton {
+                visible: !row.isBrief
                 drawing: Icon.Chevron
                 turn: row.isOpen ? 90 : 0
                 spoken: (row.isOpen ? "Fewer settings of " : "More settings of ") + row.title

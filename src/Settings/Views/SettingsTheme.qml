@@ -8,6 +8,11 @@ QtObject {
 
     property bool dark: false
 
+    /// What a mark on a ground of this colour is drawn in.
+    function inkOn(ground: color): color {
+        return 0.3 * ground.r + 0.59 * ground.g + 0.11 * ground.b > 0.62 ? "#1d1d1f" : "#ffffff";
+    }
+
     readonly property color window: dark ? "#1e1e20" : "#f5f5f7"
     readonly property color sidebar: dark ? "#252528" : "#ebebef"
     readonly property color card: dark ? "#29292c" : "#ffffff"
@@ -20,12 +25,15 @@ QtObject {
     readonly property color textSecondary: dark ? "#b8b8bd" : "#56565c"
     readonly property color textTertiary: dark ? "#a0a0a6" : "#68686e"
 
-    readonly property color accent: dark ? "#2d6fe0" : "#1a63d6"
-    readonly property color accentHover: dark ? "#3a78e2" : "#1658c0"
-    readonly property color accentPressed: dark ? "#2762c8" : "#124aa3"
-    readonly property color accentInk: "#ffffff"
+    /// The window's own bindings set these by the accent that the person chose.
+    property color accent: "#1a63d6"
+    property color accentInk: "#ffffff"
     /// Text and outlines in the accent.
-    readonly property color accentText: dark ? "#7db4ff" : "#1558c2"
+    property color accentText: "#1558c2"
+    /// What the accent "system" stands for.
+    property color desktopAccent: accent
+    readonly property color accentHover: Qt.darker(accent, 1.06)
+    readonly property color accentPressed: Qt.darker(accent, 1.14)
 
     readonly property color control: dark ? "#3a3a3f" : "#ffffff"
     readonly property color controlHover: dark ? "#44444a" : "#f2f2f5"
@@ -33,6 +41,7 @@ QtObject {
     readonly property color hover: dark ? "#14ffffff" : "#0a000000"
     readonly property color selected: dark ? "#3a3a40" : "#dcdce2"
     readonly property color trackOff: dark ? "#5c5c63" : "#8e8e96"
+    readonly property color dot: dark ? "#5c5c63" : "#c4c4ca"
     readonly property color field: dark ? "#1f1f22" : "#ffffff"
 
     readonly property color good: dark ? "#4fd08f" : "#197a43"
@@ -40,6 +49,11 @@ QtObject {
     readonly property color warning: dark ? "#ff8a80" : "#b3261e"
     readonly property color warningGround: dark ? "#3a2424" : "#fdecea"
     readonly property color warningBorder: dark ? "#5b3532" : "#f3c9c5"
+
+    /// The small pictures of a screen, which are the same in both looks.
+    readonly property color wallpaperTop: "#e9c7ae"
+    readonly property color wallpaperBottom: "#6f93b8"
+    readonly property color swatchEdge: dark ? "#33ffffff" : "#26000000"
 
     readonly property color added: dark ? "#93e2ae" : "#10552a"
     readonly property color addedGround: dark ? "#1b3324" : "#e5f6ea"

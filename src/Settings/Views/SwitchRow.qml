@@ -9,6 +9,8 @@ GroupRow {
 
     required property string title
     property string note
+    /// Why the change that was asked for did not come about.
+    property string problem
     required property bool isOn
     property real indent: SettingsTheme.rowMargin
 
@@ -16,6 +18,7 @@ GroupRow {
 
     lineIndent: indent
     implicitHeight: button.implicitHeight
+    opacity: enabled ? 1 : 0.45
 
     T.AbstractButton {
         id: button
@@ -54,6 +57,16 @@ GroupRow {
                 color: SettingsTheme.textTertiary
                 font.pixelSize: SettingsTheme.noteSize
                 Accessible.ignored: true
+            }
+
+            SettingsText {
+                width: parent.width
+                visible: text !== ""
+                text: row.problem
+                color: SettingsTheme.warning
+                font.pixelSize: SettingsTheme.noteSize
+                Accessible.role: Accessible.AlertMessage
+                Accessible.name: text
             }
         }
 
