@@ -12,6 +12,7 @@ set(kippo_qml
   Theme/ScrollFade.qml
   Theme/ScrollHint.qml
   Theme/SectionHeading.qml
+  Theme/StripButton.qml
   Theme/TextButton.qml
   Agents/Views/AgentsPage.qml
   Agents/Views/EmptySessions.qml
@@ -37,10 +38,13 @@ set(kippo_qml
   Focus/Views/TimerScreen.qml
   Mascot/Views/BubbleButton.qml
   Mascot/Views/MascotBubble.qml
+  Mascot/Views/MascotFloor.qml
   Theme/StatusCount.qml
   Theme/StatusLight.qml
   Notch/Views/ExpandedView.qml
   Notch/Views/NotchPanel.qml
+  Notch/Views/PageBar.qml
+  Notch/Views/PageTab.qml
   Notch/Views/PeekView.qml
   Notch/Views/WingView.qml
   Settings/Views/AboutSettingsPage.qml
@@ -111,6 +115,7 @@ set(kippo_views_sources
   Mascot/Views/MascotItem.cpp
   Mascot/Views/MascotPainter.cpp
   Mascot/Views/MascotSheet.cpp
+  Mascot/Views/MascotStageViewModel.cpp
   Mascot/Views/MascotViewModel.cpp
   Theme/Appearance.cpp
   Theme/Palette.cpp
@@ -159,6 +164,7 @@ qt_add_qml_module(kippo_views
     Mascot/Views/MascotItem.h
     Mascot/Views/MascotPainter.h
     Mascot/Views/MascotSheet.h
+    Mascot/Views/MascotStageViewModel.h
     Agents/Views/UsageViewModel.h
     Mascot/Views/MascotViewModel.h
     Theme/StatusGlyph.h

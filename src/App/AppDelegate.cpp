@@ -44,8 +44,7 @@ HotKeyRecord::State stateOf(HotKeys::Error error) {
 
 AppDelegate::AppDelegate(Stores& stores, Panel& panel, Ports ports)
     : stores_(stores), panel_(panel), ports_(std::move(ports)), demo_(ports_.scheduler) {
-    panel_.notch.onOpen = [this] { notch_->expand(); };
-    panel_.notch.onOpenSettings = [this] { showSettings("Agents"); };
+    connectNotch();
     demo_.onSessions = [this](const std::vector<AgentSession>& sessions) { showDemo(sessions); };
     demo_.onAlert = [this](const AgentSession& session) { agentAlert(session); };
     connectPages();
@@ -199,9 +198,6 @@ void AppDelegate::updateLiveActivity() {
 }
 
 void AppDelegate::readSettings() {
-    const bool reduced = ports_.defaults.get<bool>("reducedMotion");
-    panel_.stage.setReducedMotion(reduced);
-    panel_.notch.setReducedMotion(reduced);
     stores_.mascotStage.setRoaming(ports_.defaults.get<bool>("mascotEnabled") &&
                                    ports_.defaults.get<bool>("mascotRoams"));
     syncHotKeys();
@@ -245,7 +241,8 @@ void AppDelegate::updateTray() {
 void AppDelegate::notchChanged() {
     const NotchModel::Fields& fields = panel_.model.fields();
     const bool isOpen = fields.mode == NotchModel::Mode::expanded;
-    stores_.mascotStage.setFloorShown(isOpen);
+    // Where motion is reduced he stands where he is.
+    stores_.mascotStage.setFloorShown(isOpen && !panel_.appearance.reducedMotion());
     stores_.mascotStage.setWingShown(fields.live && std::holds_alternative<SleepingActivity>(*fields.live));
     if (fields.mascot && fields.mascot->wakeUp) {
         stores_.mascotStage.wakeUp();
@@ -254,11 +251,11 @@ void AppDelegate::notchChanged() {
     }
     isSpeaking_ = fields.mascot.has_value();
     panel_.mascot.show(fields.mascot);
+    listenForAnswer();
     // Whoever closes the panel, or lets it go, holds it no longer.
     holdsOpen_ = holdsOpen_ && fields.isPinned;
 
-    // Its page stands in for those that are not there yet.
-    const bool visible = isOpen && (fields.tab == NotchTab::agents || !hasPage(fields.tab));
+    const bool visible = isOpen && panel_.model.page() == NotchTab::agents;
     if (visible == panel_.agents.isVisible()) {
         return;
     }
@@ -271,6 +268,17 @@ void AppDelegate::notchChanged() {
     }
     if (onAgentsPageVisible) {
         onAgentsPageVisible(visible);
+    }
+}
+
+/// Holds the key that leads into the mascot's message only while there is one: other programs may want it.
+void AppDelegate::listenForAnswer() {
+    const bool wanted = isSpeaking_ && ports_.defaults.get<bool>("hotKeysEnabled");
+    if (!wanted) {
+        answerKey_.reset();
+    } else if (!answerKey_) {
+        auto key = ports_.hotKeys.grab({'K'}, [this] { notch_->focusMascot(); });
+        answerKey_ = key ? std::optional{std::move(*key)} : std::nullopt;
     }
 }
 

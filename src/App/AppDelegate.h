@@ -114,6 +114,8 @@ private:
     void connectPages();
     void connectDesktop();
     void connectMascot();
+    void connectNotch();
+    void listenForAnswer();
     void showAll();
     void show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights, std::size_t clearable);
     void showDemo(const std::vector<AgentSession>& sessions);
@@ -140,7 +142,8 @@ private:
     std::optional<NotchController> notch_;
     std::optional<Coach> coach_;
     HotKeyState hotKeyState_;
-    std::vector<Subscription> hotKeys_; ///< empty while they are off
+    std::vector<Subscription> hotKeys_;     ///< empty while they are off
+    std::optional<Subscription> answerKey_; ///< while the mascot waits for an answer
     Timer minute_;
     Timer lettingGo_;
     Subscription notchSubscription_;

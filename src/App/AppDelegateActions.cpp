@@ -74,7 +74,22 @@ void AppDelegate::connectDesktop() {
     panel_.leftBehind.onOpenAddress = openAddress;
 }
 
+void AppDelegate::connectNotch() {
+    panel_.notch.onOpen = [this] { notch_->expand(); };
+    panel_.notch.onOpenSettings = [this] { showSettings("Agents"); };
+    panel_.notch.onShow = [this](NotchTab tab) { notch_->show(tab); };
+    panel_.notch.onTurn = [this](int steps) { notch_->turn(steps); };
+    panel_.notch.onPin = [this](bool pinned) { notch_->setPinned(pinned); };
+    panel_.notch.onClose = [this] { notch_->collapse(); };
+    panel_.stretch.onBegin = [this] { startStretch(); };
+}
+
 void AppDelegate::connectMascot() {
+    panel_.stage.onBubble = [this] {
+        const QRectF& bubble = panel_.stage.bubble();
+        const Rect place{bubble.x(), bubble.y(), bubble.width(), bubble.height()};
+        notch_->setMascotPlace(bubble.isEmpty() ? std::nullopt : std::optional{place});
+    };
     panel_.mascot.onAction = [this](const MascotMessage::Action& action) { perform(action); };
     panel_.mascot.onAttended = [this](bool attended) { notch_->setMascotAttended(attended); };
 }

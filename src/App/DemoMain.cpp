@@ -50,6 +50,11 @@ int runPanel(const Options::Demo& options) {
     defaults.set("mascotMutedUntil", forGood);
     defaults.set("hotKeysEnabled", false);
     defaults.set("reducedMotion", !options.scene.isEmpty());
+    for (const auto& [key, value] : {std::pair{"style", options.style}, std::pair{"accent", options.accent}}) {
+        if (!value.isEmpty()) {
+            defaults.set(key, value.toStdString());
+        }
+    }
     DemoScenes::prepare(options.scene.toStdString(), defaults, scheduler.now());
     RealApplication application{scheduler, defaults, {}};
     AppDelegate& delegate = application.delegate();

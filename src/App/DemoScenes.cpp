@@ -1,6 +1,7 @@
 #include "App/DemoScenes.h"
 
 #include "App/DemoSessions.h"
+#include "Mascot/MascotLines.h"
 #include "Support/Json.h"
 #include "Support/LocalTime.h"
 
@@ -53,6 +54,12 @@ void openExpanded(AppDelegate& application, Date now, const AgentSession& sessio
     application.panel().agents.toggle(QString::fromStdString(session.id));
 }
 
+/// A phase of focus that has just begun, beside agents at work or alone.
+void focusOn(AppDelegate& application, const std::vector<AgentSession>& sessions) {
+    application.stores().focus.begin(FocusStore::Phase::focus, 25);
+    application.showSessions(sessions);
+}
+
 /// The focus page, on the timer that `prepare` left.
 void openFocus(AppDelegate& application, Date now) {
     application.showSessions(std::vector{DemoSessions::working(now)});
@@ -90,6 +97,26 @@ constexpr std::array scenes{
           }},
     Scene{"peek-long", [](AppDelegate& to, Date now) { to.notch().peek(DemoSessions::verbose(now), atLeisure); }},
     Scene{"peek-needs-you", [](AppDelegate& to, Date now) { to.notch().peek(DemoSessions::waiting(now), atLeisure); }},
+    Scene{"live-focus", [](AppDelegate& to, Date) { focusOn(to, {}); }},
+    Scene{"live-agents-focus", [](AppDelegate& to, Date now) { focusOn(to, DemoSessions::afternoon(now)); }},
+    Scene{"sleeping", [](AppDelegate& to, Date) { to.notch().setLive(SleepingActivity{}, {}); }},
+    Scene{"mascot-question",
+          [](AppDelegate& to, Date now) {
+              to.showSessions(std::vector{DemoSessions::working(now)});
+              MascotLines::Random random{2};
+              to.notch().showMascot(MascotLines::workingNudge(25, true, 25, random));
+          }},
+    Scene{"mascot-late",
+          [](AppDelegate& to, Date) {
+              to.notch().setLive(SleepingActivity{}, {});
+              MascotLines::Random random{1};
+              to.notch().showMascot(MascotLines::lateNight(1, 40, random));
+          }},
+    Scene{"pinned",
+          [](AppDelegate& to, Date now) {
+              open(to, DemoSessions::afternoon(now));
+              to.notch().setPinned(true);
+          }},
     Scene{"open", [](AppDelegate& to, Date now) { open(to, DemoSessions::afternoon(now)); }},
     Scene{"many", [](AppDelegate& to, Date now) { open(to, DemoSessions::crowd(now)); }},
     Scene{"empty", [](AppDelegate& to, Date) { open(to, {}); }},

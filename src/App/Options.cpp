@@ -18,7 +18,8 @@ const char* Options::usage() {
   --settings          starts Kippo and brings up its settings
   --demo              sample sessions that come, work, wait and finish, over and over
   --demo=SCENE        one moment of it, standing still: closed, live, live-one, live-needs-you, peek-done,
-                      peek-short, peek-long, peek-needs-you, open, open-expanded, open-expanded-long, many, empty,
+                      peek-short, peek-long, peek-needs-you, live-focus, live-agents-focus, sleeping,
+                      mascot-question, mascot-late, pinned, open, open-expanded, open-expanded-long, many, empty,
                       usage, usage-counting, usage-none, left-running, leftovers, leftovers-new, leftovers-none,
                       leftovers-failed, focus-idle, focus-running, focus-paused, focus-break, stretch or
                       stretch-tip; or a window on sample settings: settings-general, settings-notch,
@@ -26,6 +27,8 @@ const char* Options::usage() {
                       settings-about, settings-report, settings-damaged, or welcome-1 to welcome-4
   --screenshot=FILE   a picture of that moment, and no window
   --backdrop=COLOUR   what lies behind the panel in the picture, such as #6f7f95
+  --style=STYLE, --accent=ACCENT
+                      the demo in other colours, such as midnight and green
   --dark              the settings and the welcome as on a dark desktop
   --contact-sheet=mascot FILE
                       a picture of every state of the mascot in three sizes
@@ -49,6 +52,10 @@ std::expected<Options, QString> Options::fromArguments(const QStringList& argume
             demo.scene = value;
         } else if (name == u"--screenshot" && !value.isEmpty()) {
             demo.screenshot = value;
+        } else if (name == u"--style") {
+            demo.style = value;
+        } else if (name == u"--accent") {
+            demo.accent = value;
         } else if (name == u"--backdrop" && QColor::isValidColor(value)) {
             demo.backdrop = QColor{value};
         } else {

@@ -15,6 +15,8 @@ struct Options {
         QString screenshot;                         ///< the file for a picture of the scene; empty for none
         QColor backdrop = QColor{0x6f, 0x7f, 0x95}; ///< what the picture has in place of a desktop
         bool isDark = false;                        ///< the settings window's look
+        QString style;                              ///< the settings of these names; empty for what is preset
+        QString accent;
     };
 
     Demo demo;

@@ -9,6 +9,9 @@ namespace kippo {
 
 namespace {
 
+/// Of the mascot's bubble, as it is drawn.
+constexpr double bubbleRadius = 20;
+
 void postToMain(std::function<void()> work) {
     QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(work), Qt::QueuedConnection);
 }
@@ -52,7 +55,7 @@ AgentStore::Ports RealAgents::ports(Scheduler& scheduler, UserDefaults& defaults
 }
 
 RealApplication::RealApplication(Scheduler& scheduler, UserDefaults& defaults, Extras extras)
-    : idleTime_(scheduler), stores_(scheduler, defaults, sounds_), panel_(stores_, scheduler, defaults),
+    : idleTime_(scheduler), stores_(scheduler, defaults, sounds_), panel_(stores_, scheduler, defaults, look_),
       delegate_(stores_, panel_,
                 {.scheduler = scheduler,
                  .defaults = defaults,
@@ -65,7 +68,7 @@ RealApplication::RealApplication(Scheduler& scheduler, UserDefaults& defaults, E
                  .hotKeys = hotKeys_,
                  .idleTime = idleTime_,
                  .tray = extras.tray,
-                 .fullScreen = extras.fullScreen,
+                 .fullScreen = &fullScreen_,
                  .about = aboutThisProgram()}) {
     if (hotKeys_.descriptor() >= 0) {
         keyPressed_.emplace(hotKeys_.descriptor(), QSocketNotifier::Read);
@@ -74,9 +77,18 @@ RealApplication::RealApplication(Scheduler& scheduler, UserDefaults& defaults, E
             keyPressed_->setEnabled(hotKeys_.dispatch());
         });
     }
+    if (fullScreen_.descriptor() >= 0) {
+        fullScreenChanged_.emplace(fullScreen_.descriptor(), QSocketNotifier::Read);
+        QObject::connect(&*fullScreenChanged_, &QSocketNotifier::activated, &*fullScreenChanged_,
+                         [this] { fullScreenChanged_->setEnabled(fullScreen_.dispatch()); });
+    }
     window_.onShow = [this](const NotchShapes& shapes, NotchModel::Mode mode) { panel_.stage.show(shapes, mode); };
     QObject::connect(&panel_.stage, &NotchStage::shapeChanged, &window_.view(),
                      [this] { window_.setShape(panel_.stage.shape()); });
+    QObject::connect(&panel_.stage, &NotchStage::bubbleChanged, &window_.view(), [this] {
+        const QRectF& bubble = panel_.stage.bubble();
+        window_.setBubble({bubble.x(), bubble.y(), bubble.width(), bubble.height()}, bubbleRadius);
+    });
     panel_.load(window_.view());
 }
 

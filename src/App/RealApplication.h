@@ -6,6 +6,7 @@
 #include "Platform/Linux/FreedesktopTrash.h"
 #include "Platform/Linux/InotifyFileWatcher.h"
 #include "Platform/Linux/ProcProcessLister.h"
+#include "Platform/Linux/X11FullScreenWatcher.h"
 #include "Platform/Linux/X11HotKeys.h"
 #include "Platform/Linux/XdgUrlOpener.h"
 #include "Platform/Posix/PosixProcessRunner.h"
@@ -14,6 +15,7 @@
 #include "Platform/Qt/DesktopIdleTime.h"
 #include "Platform/Qt/NotchWindow.h"
 #include "Platform/Qt/QtDesktop.h"
+#include "Platform/Qt/QtDesktopLook.h"
 #include "Platform/Qt/QtScreens.h"
 
 #include <QSocketNotifier>
@@ -51,7 +53,6 @@ public:
     /// What an application has and a demo does without.
     struct Extras {
         TrayItem* tray = nullptr;
-        FullScreenWatcher* fullScreen = nullptr;
     };
 
     RealApplication(Scheduler& scheduler, UserDefaults& defaults, Extras extras);
@@ -66,7 +67,10 @@ public:
     QQuickView& view() { return window_.view(); }
 
 private:
+    QtDesktopLook look_;
     QtScreens screens_;
+    X11FullScreenWatcher fullScreen_;
+    std::optional<QSocketNotifier> fullScreenChanged_;
     QtDesktop desktop_;
     XdgUrlOpener urls_;
     DesktopSounds sounds_;

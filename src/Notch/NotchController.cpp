@@ -30,6 +30,7 @@ NotchController::NotchController(NotchModel& model, Scheduler& scheduler, UserDe
     defaultsChanged_ = defaults_.observe([this] { settingsChanged(); });
     moves_ = pointer_.observeMoves([this] { refreshPointer(); });
     presses_ = pointer_.observePresses([this] { pressed(); });
+    readPages();
     layout();
     updateVisible();
 }
@@ -112,6 +113,16 @@ void NotchController::toggle(NotchTab tab) {
 void NotchController::show(NotchTab tab) {
     if (isEnabled(tab, defaults_)) {
         change([tab](NotchModel::Fields& fields) { fields.tab = tab; });
+    }
+}
+
+void NotchController::turn(int steps) {
+    const std::vector<NotchTab>& pages = model_.fields().pages;
+    const auto now = std::ranges::find(pages, model_.page());
+    if (now != pages.end()) {
+        const auto count = static_cast<int>(pages.size());
+        const auto next = (static_cast<int>(now - pages.begin()) + steps % count + count) % count;
+        show(pages[static_cast<std::size_t>(next)]);
     }
 }
 
@@ -308,7 +319,14 @@ void NotchController::settingsChanged() {
     if (!isEnabled(model_.fields().tab, defaults_)) {
         change([](NotchModel::Fields& fields) { fields.tab = NotchTab::agents; });
     }
+    readPages();
     layout();
+}
+
+void NotchController::readPages() {
+    std::vector<NotchTab> pages = enabledTabs(defaults_);
+    std::erase_if(pages, [](NotchTab tab) { return !hasPage(tab); });
+    change([&](NotchModel::Fields& fields) { fields.pages = std::move(pages); });
 }
 
 // Full-screen windows
@@ -322,9 +340,12 @@ void NotchController::follow(FullScreenWatcher& watcher) {
     updateStepsAside();
 }
 
+bool NotchController::isScreenFilled() const {
+    return fullScreen_ && fullScreen_->fillsScreenAt({screenFrame_.x, screenFrame_.y});
+}
+
 void NotchController::updateStepsAside() {
-    stepsAside_ = fullScreen_ && defaults_.get<std::string>("fullScreen") == "stepAside" &&
-                  fullScreen_->fillsScreenAt({screenFrame_.x, screenFrame_.y});
+    stepsAside_ = defaults_.get<std::string>("fullScreen") == "stepAside" && isScreenFilled();
     if (stepsAside_ && model_.fields().mascot) {
         hideMascot();
     }

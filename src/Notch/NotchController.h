@@ -27,6 +27,8 @@ public:
     void toggle(NotchTab tab);
     /// Turns to another page of the open panel.
     void show(NotchTab tab);
+    /// Turns `steps` pages on, or back; after the last comes the first.
+    void turn(int steps);
 
     /// Announces `content` for `duration`, in place of any announcement there is. Dropped while the panel is open.
     void peek(PeekContent content, Seconds duration);
@@ -49,6 +51,8 @@ public:
     /// From now on steps aside for full-screen windows on its screen where the setting "fullScreen" is "stepAside": the
     /// closed notch is hidden, and nothing is announced. `watcher` must outlive the controller.
     void follow(FullScreenWatcher& watcher);
+    /// Whether a full-screen window has the notch's screen, whatever the setting.
+    bool isScreenFilled() const;
 
     /// Hides the whole notch; nothing opens while it is hidden.
     void setHidden(bool hidden);
@@ -88,6 +92,7 @@ private:
     void endPeek();
     void pressed();
     void settingsChanged();
+    void readPages();
     bool isPointerOverMascot() const;
     void followMascotAttention();
     void hideMascotAfter(Seconds delay);

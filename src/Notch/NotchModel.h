@@ -53,7 +53,8 @@ public:
     struct Fields {
         Mode mode = Mode::collapsed;
         NotchTab tab = NotchTab::agents;
-        Size notchSize{176, 32}; ///< of the camera notch, or of the cut-out drawn on screens without one
+        std::vector<NotchTab> pages; ///< to choose from, in order: enabled, and built
+        Size notchSize{176, 32};     ///< of the camera notch, or of the cut-out drawn on screens without one
         bool hasNotch = false;
         std::optional<PeekContent> peek;
         std::optional<LiveActivity> live;
@@ -70,6 +71,8 @@ public:
     };
 
     const Fields& fields() const { return fields_; }
+    /// The page to be seen when the panel is open: that of `tab`, or the agents' while that one is not built.
+    NotchTab page() const { return hasPage(fields_.tab) ? fields_.tab : NotchTab::agents; }
     /// `live` while there is a live activity, else `collapsed`.
     Mode restingMode() const { return fields_.live ? Mode::live : Mode::collapsed; }
 

@@ -17,6 +17,30 @@ double cubic(double p0, double p1, double p2, double p3, double t) {
     return u * u * u * p0 + 3 * u * u * t * p1 + 3 * u * t * t * p2 + t * t * t * p3;
 }
 
+/// The pixels of a shape that is `halfWidth(y)` wide on either side of its axis, from `top` to `bottom`.
+template <typename HalfWidth>
+std::vector<PixelRect> scanLines(double axis, double top, double bottom, double scale, const HalfWidth& halfWidth) {
+    std::vector<PixelRect> rects;
+    const int end = static_cast<int>(std::ceil(bottom * scale));
+    for (int row = static_cast<int>(std::floor(top * scale)); row < end; ++row) {
+        const double half = halfWidth((row + 0.5) / scale);
+        const int left = static_cast<int>(std::ceil((axis - half) * scale - 0.5));
+        const int right = static_cast<int>(std::ceil((axis + half) * scale - 0.5));
+        if (right <= left) {
+            continue;
+        }
+        if (!rects.empty()) {
+            PixelRect& above = rects.back();
+            if (above.x == left && above.width == right - left && above.y + above.height == row) {
+                ++above.height;
+                continue;
+            }
+        }
+        rects.push_back({left, row, right - left, 1});
+    }
+    return rects;
+}
+
 } // namespace
 
 NotchOutline::NotchOutline(const NotchShape& shape)
@@ -91,25 +115,20 @@ bool NotchOutline::contains(Point point) const {
 }
 
 std::vector<PixelRect> NotchOutline::pixels(double axis, double scale) const {
-    std::vector<PixelRect> rects;
-    const int rows = static_cast<int>(std::ceil(height_ * scale));
-    for (int row = 0; row < rows; ++row) {
-        const double half = halfWidth((row + 0.5) / scale);
-        const int left = static_cast<int>(std::ceil((axis - half) * scale - 0.5));
-        const int right = static_cast<int>(std::ceil((axis + half) * scale - 0.5));
-        if (right <= left) {
-            continue;
+    return scanLines(axis, 0, height_, scale, [this](double y) { return halfWidth(y); });
+}
+
+std::vector<PixelRect> roundedPixels(const Rect& rect, double radius, double scale) {
+    const double corner = std::min({radius, rect.width / 2, rect.height / 2});
+    const auto halfWidth = [&](double y) {
+        const double fromEdge = std::min(y - rect.y, rect.y + rect.height - y);
+        if (fromEdge <= 0) {
+            return 0.0;
         }
-        if (!rects.empty()) {
-            PixelRect& above = rects.back();
-            if (above.x == left && above.width == right - left && above.y + above.height == row) {
-                ++above.height;
-                continue;
-            }
-        }
-        rects.push_back({left, row, right - left, 1});
-    }
-    return rects;
+        const double inset = std::max(corner - fromEdge, 0.0);
+        return rect.width / 2 - corner + std::sqrt(corner * corner - inset * inset);
+    };
+    return scanLines(rect.x + rect.width / 2, rect.y, rect.y + rect.height, scale, halfWidth);
 }
 
 } // namespace kippo

@@ -69,4 +69,7 @@ private:
     Corner bottom_;
 };
 
+/// The device pixels whose centre lies in `rect` with its corners rounded by `radius`, in logical pixels.
+std::vector<PixelRect> roundedPixels(const Rect& rect, double radius, double scale);
+
 } // namespace kippo

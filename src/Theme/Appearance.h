@@ -33,7 +33,8 @@ public:
     Appearance(UserDefaults& defaults, DesktopLook& look, QObject* parent = nullptr);
 
     bool isDark() const { return look_.isDark(); }
-    bool reducedMotion() const { return defaults_.get<bool>("reducedMotion"); }
+    /// Kippo's own setting asks for less motion, or the desktop's does.
+    bool reducedMotion() const { return defaults_.get<bool>("reducedMotion") || look_.reducesMotion(); }
     QColor surface() const;
     QColor panelAccent() const;
     QColor accent() const;

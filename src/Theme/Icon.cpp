@@ -56,6 +56,31 @@ QPainterPath strokes(Icon::Name name) {
         line({{7.6, 9.2}, {10.6, 12}, {7.6, 14.8}});
         line({{12.8, 15}, {16.4, 15}});
         break;
+    case Icon::Focus: // a clock that runs
+        path.addEllipse(QPointF{12, 13}, 7.8, 7.8);
+        line({{12, 8.6}, {12, 13}, {14.8, 14.8}});
+        line({{9.6, 2.8}, {14.4, 2.8}});
+        break;
+    case Icon::Pin:
+        line({{8.6, 3.5}, {15.4, 3.5}});
+        line({{9.6, 3.5}, {9.6, 10}, {6.6, 14}, {17.4, 14}, {14.4, 10}, {14.4, 3.5}});
+        line({{12, 14}, {12, 20.5}});
+        break;
+    case Icon::List:
+        line({{4.5, 6.5}, {19.5, 6.5}});
+        line({{4.5, 12}, {19.5, 12}});
+        line({{4.5, 17.5}, {13.5, 17.5}});
+        break;
+    case Icon::Bars:
+        line({{5.5, 19}, {5.5, 13}});
+        line({{12, 19}, {12, 5}});
+        line({{18.5, 19}, {18.5, 9.5}});
+        break;
+    case Icon::Box: // with a lid
+        path.addRoundedRect(QRectF{3.5, 5, 17, 4.5}, 1.5, 1.5);
+        line({{5, 9.5}, {5, 19}, {19, 19}, {19, 9.5}});
+        line({{9.8, 13.4}, {14.2, 13.4}});
+        break;
     case Icon::Chevron:
         line({{9, 5.5}, {15.5, 12}, {9, 18.5}});
         break;

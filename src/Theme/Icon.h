@@ -15,8 +15,29 @@ class Icon : public QQuickPaintedItem {
 
 public:
     // QML knows enumerators only by names that begin with a capital.
-    // NOLINTNEXTLINE(readability-identifier-naming)
-    enum Name { Gear, Sliders, Notch, Agents, Chevron, Cross, Tick, Warning, Bell, Clock, Info, Play, Plus, Minus };
+    // NOLINTBEGIN(readability-identifier-naming)
+    enum Name {
+        Gear,
+        Sliders,
+        Notch,
+        Agents,
+        Chevron,
+        Cross,
+        Tick,
+        Warning,
+        Bell,
+        Clock,
+        Info,
+        Play,
+        Plus,
+        Minus,
+        Focus,
+        Pin,
+        List,
+        Bars,
+        Box
+    };
+    // NOLINTEND(readability-identifier-naming)
     Q_ENUM(Name)
 
     explicit Icon(QQuickItem* parent = nullptr);

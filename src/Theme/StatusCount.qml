@@ -1,7 +1,7 @@
 import QtQuick
 import Kippo
 
-/// How many sessions are in one status, such as "2 working"; nothing at all where there are none.
+/// How many sessions are in one status; nothing at all where there are none.
 Row {
     id: count
 
@@ -10,7 +10,7 @@ Row {
 
     visible: text !== ""
     height: parent.height
-    spacing: 6
+    spacing: Theme.unit
 
     StatusLight {
         anchors.verticalCenter: parent.verticalCenter

@@ -1,28 +1,37 @@
 pragma Singleton
 import QtQuick
 
-/// Colours, type and spacing by meaning. Every colour of text reaches 4.5:1 on the panel's black.
+/// Colours, type and spacing by meaning. Every colour of text reaches 4.5:1 on the panel and its hovered rows, whichever
+/// ground the person chose.
 QtObject {
-    /// The panel itself: pure black, so that it passes for the screen's own edge.
-    readonly property color surface: "#000000"
-    readonly property color hover: "#141416"
-    readonly property color hairline: "#1f1f22"
-    readonly property color chip: "#1c1c1f"
-    /// What can be clicked, under the pointer, and what the keyboard is at.
-    readonly property color control: "#222226"
-    readonly property color controlHover: "#323238"
-    readonly property color focus: "#5aa9ff"
-    readonly property color bar: "#3a3a40"
+    /// The panel itself, one of the dark grounds to choose from. Black passes for the screen's own edge.
+    property color surface: "#000000"
+    /// The person's colour, made light enough to be read: for what is chosen, and what the keyboard is at.
+    property color accent: "#5aa9ff"
+
+    /// Everything else lies on the surface as light does.
+    function lifted(share: real): color {
+        return Qt.tint(surface, Qt.rgba(0.94, 0.94, 1, share));
+    }
+
+    readonly property color hover: lifted(0.085)
+    readonly property color hairline: lifted(0.13)
+    readonly property color chip: lifted(0.12)
+    /// What can be clicked, and under the pointer.
+    readonly property color control: lifted(0.145)
+    readonly property color controlHover: lifted(0.21)
+    readonly property color focus: accent
+    readonly property color bar: lifted(0.245)
 
     readonly property color text: "#f5f5f7"
-    readonly property color textSecondary: "#b8b8bd"
-    readonly property color textTertiary: "#838388"
+    readonly property color textSecondary: "#bcbcc2"
+    readonly property color textTertiary: lifted(0.58)
 
     /// One accent per meaning; StatusLight gives each a shape of its own as well.
     readonly property color needsYou: "#ffb340"
     readonly property color working: "#5aa9ff"
     readonly property color done: "#4fd08f"
-    readonly property color idle: "#838388"
+    readonly property color idle: textTertiary
 
     /// A phase of focus, and a break from it.
     readonly property color focusing: "#ff8a70"

@@ -184,6 +184,25 @@ TEST_F(NotchControllerTest, APageThatIsSwitchedOffWhileItShowsGivesWay) {
     EXPECT_EQ(model.fields().tab, NotchTab::notes);
 }
 
+TEST_F(NotchControllerTest, TurnsThroughThePagesThatAreThere) {
+    notch.expand(NotchTab::agents, true);
+    EXPECT_EQ(model.fields().pages, (std::vector{NotchTab::agents, NotchTab::focus}));
+    notch.turn(1);
+    EXPECT_EQ(model.fields().tab, NotchTab::focus);
+    notch.turn(1);
+    EXPECT_EQ(model.fields().tab, NotchTab::agents);
+    notch.turn(-1);
+    EXPECT_EQ(model.fields().tab, NotchTab::focus);
+    notch.show(NotchTab::notes);
+    EXPECT_EQ(model.page(), NotchTab::agents) << "a page that is not built yet";
+    notch.turn(1);
+    EXPECT_EQ(model.fields().tab, NotchTab::focus);
+    defaults.set("showFocusTab", false);
+    notch.turn(1);
+    EXPECT_EQ(model.fields().pages, std::vector{NotchTab::agents});
+    EXPECT_EQ(model.fields().tab, NotchTab::agents);
+}
+
 TEST_F(NotchControllerTest, ANewerPeekReplacesTheOldAndRunsItsOwnTime) {
     notch.peek(session(AgentStatus::done()), Seconds{2.5});
     EXPECT_EQ(mode(), Mode::peek);

@@ -70,4 +70,19 @@ TEST(NotchOutlineTest, ImpossibleRadiiAndSizesDoNoHarm) {
     }
 }
 
+TEST(NotchOutlineTest, ABubblesPixelsAreItsRoundedRectangle) {
+    const auto rows = roundedPixels({10, 32, 100, 60}, 20, 2);
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(rows.front().y, 64);
+    EXPECT_EQ(rows.back().y + rows.back().height, 184);
+    int widest = 0;
+    for (const PixelRect& row : rows) {
+        EXPECT_EQ(2 * row.x + row.width, 2 * 120) << "on its middle";
+        widest = std::max(widest, row.width);
+    }
+    EXPECT_EQ(widest, 200);
+    EXPECT_LT(rows.front().width, 150);
+    EXPECT_TRUE(roundedPixels({}, 20, 1).empty());
+}
+
 } // namespace kippo

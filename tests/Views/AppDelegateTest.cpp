@@ -364,8 +364,7 @@ TEST(WelcomeTest, MeetsWhoeverIsNew) {
 }
 
 TEST_F(AppDelegateTest, ReducedMotionReachesEverythingThatMoves) {
-    defaults.set("reducedMotion", true);
-    EXPECT_TRUE(panel.notch.reducedMotion());
+    look.reduceMotion();
     panel.notch.open();
     EXPECT_FALSE(panel.stage.isMoving());
     EXPECT_EQ(panel.stage.shape(), panel.stage.target());

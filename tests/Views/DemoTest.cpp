@@ -1,6 +1,7 @@
 #include "App/DemoDirector.h"
 #include "App/DemoMachine.h"
 #include "Fakes/FakeDefaults.h"
+#include "Fakes/FakeDesktopLook.h"
 #include "Fakes/FakeScheduler.h"
 #include "Fakes/FakeSounds.h"
 
@@ -52,7 +53,8 @@ TEST(DemoMachineTest, ActionsWorkOnTheSamplesAlone) {
     FakeDefaults defaults;
     FakeSounds sounds;
     Stores stores{scheduler, defaults, sounds};
-    Panel panel{stores, scheduler, defaults};
+    FakeDesktopLook look;
+    Panel panel{stores, scheduler, defaults, look};
     const DemoMachine machine{panel, scheduler};
     LeftBehindViewModel& page = panel.leftBehind;
     EXPECT_EQ(page.processes()->rowCount(), 3);

@@ -55,7 +55,7 @@ TEST_F(MascotBubbleTest, IsAnsweredByTheKeyboard) {
     QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_EQ(actions, (std::vector{Case::goodNight, Case::dismiss, Case::goodNight, Case::dismiss}));
     model.show({});
-    EXPECT_FALSE(view.rootObject()->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !view.rootObject()->isVisible(); })) << "it has faded out";
 }
 
 TEST_F(MascotBubbleTest, GrowsWithItsTextAndThePointerPutsHidingOff) {

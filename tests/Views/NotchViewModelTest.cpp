@@ -55,11 +55,17 @@ TEST_F(NotchViewModelTest, WingsKeepTheirLastWordWhileTheyClose) {
     showLive(activity);
     showLive(std::nullopt);
     EXPECT_EQ(notch.liveNeedsYou(), 1);
-    EXPECT_FALSE(notch.isAsleep());
+    EXPECT_EQ(notch.wing(), NotchViewModel::Wing::AtWork);
     showLive(SleepingActivity{});
-    EXPECT_TRUE(notch.isAsleep());
-    showLive(activity);
-    EXPECT_FALSE(notch.isAsleep());
+    EXPECT_EQ(notch.wing(), NotchViewModel::Wing::Asleep);
+    showLive(FocusActivity{});
+    EXPECT_EQ(notch.wing(), NotchViewModel::Wing::InFocus);
+    change([&](NotchModel::Fields& fields) {
+        fields.live = activity;
+        fields.secondaryLive = FocusActivity{};
+    });
+    EXPECT_EQ(notch.wing(), NotchViewModel::Wing::AtWork);
+    EXPECT_TRUE(notch.hasFocusBeside());
 }
 
 } // namespace

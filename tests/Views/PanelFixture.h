@@ -4,6 +4,7 @@
 #include "App/Prefs.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeDesktop.h"
+#include "Fakes/FakeDesktopLook.h"
 #include "Fakes/FakeFullScreenWatcher.h"
 #include "Fakes/FakeHotKeys.h"
 #include "Fakes/FakeIdleTime.h"
@@ -57,7 +58,8 @@ struct PanelFixture {
     FakeHotKeys hotKeys;
     FakeIdleTime idleTime;
     Stores stores{scheduler, defaults, sounds};
-    Panel panel{stores, scheduler, defaults};
+    FakeDesktopLook look;
+    Panel panel{stores, scheduler, defaults, look};
     StageWindow window{panel.stage};
     FakeTrayItem tray;
     std::shared_ptr<void> followed; ///< what the application follows outlives it

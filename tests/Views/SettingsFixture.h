@@ -3,6 +3,7 @@
 #include "Agents/AgentStore.h"
 #include "App/Prefs.h"
 #include "Fakes/FakeDefaults.h"
+#include "Fakes/FakeDesktopLook.h"
 #include "Fakes/FakeProcessLister.h"
 #include "Fakes/FakeProcessRunner.h"
 #include "Fakes/FakeScheduler.h"
@@ -10,32 +11,8 @@
 #include "Fakes/FakeTrash.h"
 #include "Fakes/FakeUserFiles.h"
 #include "Fakes/PrivateHome.h"
-#include "Support/DesktopLook.h"
 
 namespace kippo {
-
-/// A look that the test chooses.
-class FakeDesktopLook final : public DesktopLook {
-public:
-    bool isDark() const override { return isDark_; }
-    std::optional<std::uint32_t> accent() const override { return accent_; }
-    [[nodiscard]] Subscription observe(std::function<void()> callback) override {
-        return observers_.add(std::move(callback));
-    }
-    void set(bool isDark) {
-        isDark_ = isDark;
-        observers_.notify();
-    }
-    void setAccent(std::uint32_t accent) {
-        accent_ = accent;
-        observers_.notify();
-    }
-
-private:
-    bool isDark_ = false;
-    std::optional<std::uint32_t> accent_;
-    Observers observers_;
-};
 
 /// An agent store on fakes, for what settings do with it. The event log lies in a home of its own.
 struct SettingsFixture {

@@ -259,6 +259,11 @@ xcb_window_t XDesktop::openFullScreen() {
     return window;
 }
 
+void XDesktop::close(xcb_window_t window) const {
+    xcb_destroy_window(connection_, window);
+    xcb_flush(connection_);
+}
+
 int XDesktop::presses() {
     // A round trip, so that every event which the server has sent is here.
     focus();

@@ -88,6 +88,7 @@ public:
 
     /// A white window over the whole screen. Waits until the window manager has made it so.
     xcb_window_t openFullScreen();
+    void close(xcb_window_t window) const;
     /// The button presses that it has had so far.
     int presses();
 

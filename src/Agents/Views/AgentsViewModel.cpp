@@ -1,6 +1,5 @@
 #include "Agents/Views/AgentsViewModel.h"
 
-#include "Agents/LiveSummary.h"
 #include "Theme/Texts.h"
 
 #include <algorithm>
@@ -158,6 +157,12 @@ void AgentsViewModel::beginAnew() {
     emit begunAnew();
 }
 
+QString AgentsViewModel::spoken() const {
+    QStringList parts{QStringLiteral("Agents"), needsYouText_, workingText_, restText_};
+    parts.removeAll(QString{});
+    return parts.join(QStringLiteral(", "));
+}
+
 const AgentSession* AgentsViewModel::expanded() const {
     const auto found = std::ranges::find(current_, expandedId_.toStdString(), &AgentSession::id);
     return expandedId_.isEmpty() || found == current_.end() ? nullptr : &*found;
@@ -165,10 +170,10 @@ const AgentSession* AgentsViewModel::expanded() const {
 
 void AgentsViewModel::sumUp(std::size_t clearable) {
     using namespace Qt::StringLiterals;
-    const LiveSummary live = liveSummary(current_).value_or(LiveSummary{});
-    const bool allRest = live.working == 0 && live.needsYou == 0;
-    needsYouText_ = counted(live.needsYou, "needs you"_L1, "need you"_L1);
-    workingText_ = counted(live.working, "working"_L1, "working"_L1);
+    live_ = liveSummary(current_).value_or(LiveSummary{});
+    const bool allRest = live_.working == 0 && live_.needsYou == 0;
+    needsYouText_ = counted(live_.needsYou, "needs you"_L1, "need you"_L1);
+    workingText_ = counted(live_.working, "working"_L1, "working"_L1);
     clearText_ = clearable == 0 ? QString{} : QStringLiteral("Clear %1 finished").arg(clearable);
     restText_ = allRest ? counted(static_cast<int>(current_.size()), "session"_L1, "sessions"_L1) : QString{};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agents/LiveSummary.h"
 #include "Agents/Views/SessionDetail.h"
 #include "Agents/Views/SessionListModel.h"
 #include "Agents/Views/StopConfirmation.h"
@@ -25,6 +26,10 @@ class AgentsViewModel : public QObject {
     Q_PROPERTY(QString needsYouText READ needsYouText NOTIFY summaryChanged)
     Q_PROPERTY(QString workingText READ workingText NOTIFY summaryChanged)
     Q_PROPERTY(QString restText READ restText NOTIFY summaryChanged)
+    Q_PROPERTY(int needsYou READ needsYou NOTIFY summaryChanged)
+    Q_PROPERTY(int working READ working NOTIFY summaryChanged)
+    Q_PROPERTY(int resting READ resting NOTIFY summaryChanged)
+    Q_PROPERTY(QString spoken READ spoken NOTIFY summaryChanged)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY summaryChanged)
     Q_PROPERTY(bool isVisible READ isVisible WRITE setVisible NOTIFY visibleChanged)
 
@@ -73,6 +78,12 @@ public:
     const QString& workingText() const { return workingText_; }
     /// "3 sessions" when all of them rest; empty otherwise, and without any.
     const QString& restText() const { return restText_; }
+    /// The numbers in those texts; 0 where a text is empty.
+    int needsYou() const { return live_.needsYou; }
+    int working() const { return live_.working; }
+    int resting() const { return restText_.isEmpty() ? 0 : static_cast<int>(current_.size()); }
+    /// "Agents, 1 needs you, 2 working", for a screen reader.
+    QString spoken() const;
     bool isEmpty() const { return current_.empty(); }
     bool isVisible() const { return isVisible_; }
 
@@ -108,6 +119,7 @@ private:
     StopConfirmation stopping_;
     QString problem_;
     QString clearText_;
+    LiveSummary live_;
     QString needsYouText_;
     QString workingText_;
     QString restText_;

@@ -31,7 +31,7 @@ Rectangle {
         radius: height / 2
         color: "transparent"
         border.width: 2
-        border.color: Theme.working
+        border.color: Theme.focus
         visible: button.activeFocus
     }
 

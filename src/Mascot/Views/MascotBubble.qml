@@ -24,7 +24,21 @@ FocusScope {
 
     implicitWidth: said.x + Math.max(words.width, answers.width) + Theme.margin
     implicitHeight: Math.max(said.height + 2 * (Theme.margin - 2), kippo.size + 2 * Theme.gap + Theme.unit)
-    visible: message.speaks
+    opacity: message.speaks ? 1 : 0
+    visible: message.speaks || opacity > 0
+    enabled: message.speaks
+
+    // Comes down a little as it appears; leaves where it is.
+    transform: Translate {
+        y: -8 * (1 - bubble.opacity) * (bubble.message.speaks ? 1 : 0)
+    }
+
+    Behavior on opacity {
+        NumberAnimation {
+            duration: bubble.message.speaks ? Motion.reveal : Motion.conceal
+            easing.type: Easing.OutCubic
+        }
+    }
 
     Accessible.role: Accessible.AlertMessage
     Accessible.name: message.text

@@ -15,19 +15,18 @@ QString title(const std::optional<MascotMessage::Choice>& choice) {
 void MascotViewModel::show(std::optional<MascotMessage> message) {
     if (message != message_) {
         message_ = std::move(message);
+        said_ = message_.value_or(said_);
         emit messageChanged();
     }
 }
 
-QString MascotViewModel::text() const { return message_ ? QString::fromStdString(message_->text) : QString{}; }
+QString MascotViewModel::text() const { return QString::fromStdString(said_.text); }
 
-QString MascotViewModel::primary() const { return message_ ? title(message_->primary) : QString{}; }
+QString MascotViewModel::primary() const { return title(said_.primary); }
 
-QString MascotViewModel::secondary() const { return message_ ? title(message_->secondary) : QString{}; }
+QString MascotViewModel::secondary() const { return title(said_.secondary); }
 
-MascotItem::Mood MascotViewModel::mood() const {
-    return message_ ? static_cast<MascotItem::Mood>(message_->mood) : MascotItem::Mood::Curious;
-}
+MascotItem::Mood MascotViewModel::mood() const { return static_cast<MascotItem::Mood>(said_.mood); }
 
 void MascotViewModel::answerPrimary() {
     if (message_) {

@@ -10,7 +10,8 @@
 
 namespace kippo {
 
-/// What the mascot says, for his bubble. It decides nothing: answers and the pointer are passed on.
+/// What the mascot says, for his bubble. It decides nothing: answers and the pointer are passed on. What he said stays
+/// readable when it is over, so that it can fade out.
 class MascotViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -54,6 +55,7 @@ private:
     void answer(const std::optional<MascotMessage::Choice>& choice);
 
     std::optional<MascotMessage> message_;
+    MascotMessage said_; ///< what he says, or said last
 };
 
 } // namespace kippo

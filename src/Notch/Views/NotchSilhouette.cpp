@@ -50,6 +50,27 @@ void NotchSilhouette::setStage(NotchStage* stage) {
     emit stageChanged();
 }
 
+void NotchSilhouette::setColor(const QColor& color) {
+    if (color_ != color) {
+        color_ = color;
+        update();
+        emit colorChanged();
+    }
+}
+
+void NotchSilhouette::setHasNotch(bool hasNotch) {
+    if (hasNotch_ != hasNotch) {
+        hasNotch_ = hasNotch;
+        update();
+        emit hasNotchChanged();
+    }
+}
+
+QColor NotchSilhouette::ground() const {
+    const auto share = static_cast<float>(hasNotch_ ? stage_->expandedOpacity() : 1);
+    return QColor::fromRgbF(color_.redF() * share, color_.greenF() * share, color_.blueF() * share);
+}
+
 void NotchSilhouette::paint(QPainter* painter) {
     if (!stage_) {
         return;
@@ -57,7 +78,7 @@ void NotchSilhouette::paint(QPainter* painter) {
     painter->setRenderHint(QPainter::Antialiasing);
     painter->translate(width() / 2, 0);
     const QPainterPath path = painterPath(NotchOutline{stage_->shape()});
-    painter->fillPath(path, Qt::black);
+    painter->fillPath(path, ground());
     if (stage_->expandedOpacity() > 0) {
         paintLowerEdge(*painter, path, stage_->shapeHeight(), stage_->expandedOpacity());
     }

@@ -46,6 +46,16 @@ double NotchStage::expandedShoulder() const {
     return std::round(shape.width / 2 - NotchOutline{shape}.halfWidth(shape.height / 2));
 }
 
+void NotchStage::setBubble(const QRectF& bubble) {
+    if (bubble != bubble_) {
+        bubble_ = bubble;
+        emit bubbleChanged();
+        if (onBubble) {
+            onBubble();
+        }
+    }
+}
+
 void NotchStage::follow(bool wasMoving) {
     updateOpacities();
     emit shapeChanged();

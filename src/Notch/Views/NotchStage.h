@@ -5,8 +5,10 @@
 
 #include <QObject>
 #include <QQmlEngine>
+#include <QRectF>
 #include <QSizeF>
 #include <array>
+#include <functional>
 
 namespace kippo {
 
@@ -26,6 +28,8 @@ class NotchStage : public QObject {
     Q_PROPERTY(QSizeF peekSize READ peekSize NOTIFY goalsChanged)
     Q_PROPERTY(QSizeF expandedSize READ expandedSize NOTIFY goalsChanged)
     Q_PROPERTY(double expandedShoulder READ expandedShoulder NOTIFY goalsChanged)
+    /// What the mascot's message takes of the window besides the shape; empty for nothing.
+    Q_PROPERTY(QRectF bubble READ bubble WRITE setBubble NOTIFY bubbleChanged)
 
 public:
     using QObject::QObject;
@@ -53,11 +57,16 @@ public:
     QSizeF expandedSize() const { return sizeOf(shapes_.expanded); }
     /// How far the shoulders take the body in at each side.
     double expandedShoulder() const;
+    const QRectF& bubble() const { return bubble_; }
+    void setBubble(const QRectF& bubble);
+    /// Called after the bubble came, moved or went; set by the application.
+    std::function<void()> onBubble;
 
 signals:
     void movingChanged();
     void shapeChanged();
     void goalsChanged();
+    void bubbleChanged();
 
 private:
     static QSizeF sizeOf(const NotchShape& shape) { return {shape.width, shape.height}; }
@@ -70,6 +79,7 @@ private:
     NotchMotion motion_{NotchShape{}};
     std::array<double, 4> opacities_{}; ///< by mode
     bool isReduced_ = false;
+    QRectF bubble_;
 };
 
 } // namespace kippo

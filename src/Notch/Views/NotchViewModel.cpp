@@ -20,6 +20,16 @@ QVariantList lightsOf(const AgentsActivity& activity) {
     return lights;
 }
 
+using Tab = NotchViewModel::Tab;
+static_assert(static_cast<Tab>(NotchTab::agents) == Tab::Agents && static_cast<Tab>(NotchTab::focus) == Tab::Focus &&
+              static_cast<Tab>(NotchTab::revenue) == Tab::Revenue);
+
+NotchPage pageOf(NotchTab tab) {
+    const bool isFocus = tab == NotchTab::focus;
+    return {static_cast<int>(tab), isFocus ? QStringLiteral("Focus") : QStringLiteral("Agents"),
+            isFocus ? Icon::Focus : Icon::Agents};
+}
+
 } // namespace
 
 NotchViewModel::NotchViewModel(NotchModel& model, QObject* parent) : QObject(parent), model_(model) {
@@ -39,6 +49,30 @@ void NotchViewModel::openSettings() const {
     }
 }
 
+void NotchViewModel::show(int tab) const {
+    if (onShow) {
+        onShow(static_cast<NotchTab>(tab));
+    }
+}
+
+void NotchViewModel::turn(int steps) const {
+    if (onTurn) {
+        onTurn(steps);
+    }
+}
+
+void NotchViewModel::pin(bool pinned) const {
+    if (onPin) {
+        onPin(pinned);
+    }
+}
+
+void NotchViewModel::close() const {
+    if (onClose) {
+        onClose();
+    }
+}
+
 QString NotchViewModel::peekTitle() const { return oneLine(peek_.title()); }
 
 QString NotchViewModel::peekWord() const {
@@ -53,17 +87,16 @@ QString NotchViewModel::peekSpoken() const {
 }
 
 QString NotchViewModel::liveSpoken() const {
-    if (isAsleep_) {
+    switch (wing_) {
+    case Wing::Asleep:
         return QStringLiteral("Asleep");
+    case Wing::InFocus:
+        return QStringLiteral("Focus timer");
+    case Wing::AtWork:
+        break;
     }
-    return QStringLiteral("%1 working, waiting for you: %2").arg(live_.working).arg(live_.needsYou);
-}
-
-void NotchViewModel::setReducedMotion(bool reduced) {
-    if (reducedMotion_ != reduced) {
-        reducedMotion_ = reduced;
-        emit changed();
-    }
+    const QString agents = QStringLiteral("%1 working, waiting for you: %2").arg(live_.working).arg(live_.needsYou);
+    return hasFocusBeside_ ? agents + QStringLiteral(", focus timer") : agents;
 }
 
 void NotchViewModel::read() {
@@ -71,14 +104,34 @@ void NotchViewModel::read() {
     if (fields.peek) {
         peek_ = std::get<AgentSession>(*fields.peek);
     }
-    isAsleep_ = fields.live ? std::holds_alternative<SleepingActivity>(*fields.live) : isAsleep_;
-    const auto* agents = fields.live ? std::get_if<AgentsActivity>(&*fields.live) : nullptr;
+    if (fields.live) {
+        readWings(fields);
+    }
+    if (fields.pages != tabs_) {
+        readPages(fields.pages);
+    }
+    emit changed();
+}
+
+void NotchViewModel::readWings(const NotchModel::Fields& fields) {
+    const auto* agents = std::get_if<AgentsActivity>(&*fields.live);
+    const bool isFocus = std::holds_alternative<FocusActivity>(*fields.live);
+    wing_ = agents ? Wing::AtWork : isFocus ? Wing::InFocus : Wing::Asleep;
+    hasFocusBeside_ = fields.secondaryLive && std::holds_alternative<FocusActivity>(*fields.secondaryLive);
     if (agents && *agents != live_) {
         live_ = *agents;
         lights_ = lightsOf(live_);
         emit lightsChanged();
     }
-    emit changed();
+}
+
+void NotchViewModel::readPages(const std::vector<NotchTab>& tabs) {
+    tabs_ = tabs;
+    pages_.clear();
+    for (const NotchTab tab : tabs) {
+        pages_.append(QVariant::fromValue(pageOf(tab)));
+    }
+    emit pagesChanged();
 }
 
 } // namespace kippo

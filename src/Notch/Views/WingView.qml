@@ -2,23 +2,48 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kippo
 
-/// Both wings of the closed notch while agents are at work: who at the left, how many at the right. Those that need the
-/// person go before those that work.
+/// Both wings of the closed notch. While agents are at work: who at the left, how many at the right; those that need the
+/// person go before those that work. A focus timer has its ring at the left and its time at the right, or, beside the
+/// agents, the right wing for its time. At night, when nothing goes on, the mascot hangs in the right one and sleeps.
 Item {
     id: wing
 
     required property NotchViewModel notch
+    required property FocusViewModel focusTimer
+    required property MascotStageViewModel mascotStage
+    /// The mascot speaks beside the notch, so he cannot be here.
+    property bool mascotIsOut: false
     readonly property real wingWidth: (width - notch.notchWidth) / 2
     /// The middle of what the concave shoulder leaves of a wing.
     readonly property real wingCenter: (wingWidth + Theme.shoulderReach) / 2
-    readonly property bool waits: notch.liveNeedsYou > 0
-    readonly property bool isAwake: !notch.isAsleep
+    readonly property bool showsAgents: notch.wing === NotchViewModel.AtWork
+    readonly property bool showsFocus: notch.wing === NotchViewModel.InFocus
+    /// Who the agents are has no room beside the focus timer.
+    readonly property bool showsKinds: showsAgents && !notch.hasFocusBeside
 
     Accessible.role: Accessible.StatusBar
     Accessible.name: notch.liveSpoken
 
+    component AgentCount: Row {
+        readonly property bool waits: wing.notch.liveNeedsYou > 0
+
+        spacing: 5
+
+        StatusLight {
+            anchors.verticalCenter: parent.verticalCenter
+            status: parent.waits ? AgentLook.Status.NeedsYou : AgentLook.Status.Working
+        }
+
+        PlainText {
+            text: parent.waits ? wing.notch.liveNeedsYou : wing.notch.liveWorking
+            color: parent.waits ? Theme.needsYou : Theme.text
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.DemiBold
+        }
+    }
+
     AgentBadge {
-        visible: wing.isAwake && wing.notch.liveIsOneKind
+        visible: wing.showsKinds && wing.notch.liveIsOneKind
         x: Math.round(wing.wingCenter - width / 2)
         anchors.verticalCenter: parent.verticalCenter
         width: Theme.smallBadgeSize
@@ -27,7 +52,7 @@ Item {
     }
 
     Row {
-        visible: wing.isAwake && !wing.notch.liveIsOneKind
+        visible: wing.showsKinds && !wing.notch.liveIsOneKind
         x: Math.round(wing.wingCenter - width / 2)
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.unit
@@ -46,32 +71,51 @@ Item {
         }
     }
 
-    Row {
-        visible: wing.isAwake
-        x: Math.round(wing.width - wing.wingCenter - width / 2)
+    AgentCount {
+        visible: wing.showsAgents
+        x: Math.round((wing.notch.hasFocusBeside ? wing.wingCenter : wing.width - wing.wingCenter) - width / 2)
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 5
-
-        StatusLight {
-            anchors.verticalCenter: parent.verticalCenter
-            status: wing.waits ? AgentLook.Status.NeedsYou : AgentLook.Status.Working
-        }
-
-        PlainText {
-            text: wing.waits ? wing.notch.liveNeedsYou : wing.notch.liveWorking
-            color: wing.waits ? Theme.needsYou : Theme.text
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.DemiBold
-        }
     }
 
-    PlainText {
-        visible: wing.notch.isAsleep
+    FocusCountdown {
+        visible: wing.showsFocus
+        x: Math.round(wing.wingCenter - width / 2)
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.smallBadgeSize
+        height: width
+        timer: wing.focusTimer
+        showsTime: false
+        lingers: true
+    }
+
+    FocusCountdown {
+        visible: wing.showsFocus || (wing.showsAgents && wing.notch.hasFocusBeside)
         x: Math.round(wing.width - wing.wingCenter - width / 2)
-        height: parent.height
-        text: "z z"
-        color: Theme.textTertiary
+        anchors.verticalCenter: parent.verticalCenter
+        timer: wing.focusTimer
+        showsRing: false
+        lingers: true
         font.pixelSize: Theme.metaSize
-        font.weight: Font.DemiBold
+    }
+
+    MascotItem {
+        id: sleeper
+
+        visible: wing.notch.wing === NotchViewModel.Asleep && wing.mascotStage.isInWing && !wing.mascotIsOut
+        x: Math.round(wing.width - wing.wingCenter - width / 2)
+        size: wing.height
+        hangs: true
+        state: wing.mascotStage.wingState
+        reduced: Motion.reduced
+
+        Component.onCompleted: restart(wing.mascotStage.wingAge())
+    }
+
+    Connections {
+        target: wing.mascotStage
+
+        function onWingBegun(): void {
+            sleeper.restart(wing.mascotStage.wingAge());
+        }
     }
 }

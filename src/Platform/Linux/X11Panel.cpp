@@ -120,7 +120,7 @@ void X11Panel::applyShape() {
                          static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)});
     }
     const auto set = [&](xcb_shape_kind_t kind) {
-        xcb_shape_rectangles(connection_, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_YX_BANDED, window_, 0, 0,
+        xcb_shape_rectangles(connection_, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0,
                              static_cast<std::uint32_t>(rects.size()), rects.data());
     };
     set(XCB_SHAPE_SK_INPUT);

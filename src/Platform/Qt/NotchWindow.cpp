@@ -5,8 +5,10 @@
 #include <QAbstractEventDispatcher>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <iterator>
 
 namespace kippo {
 
@@ -97,9 +99,18 @@ void NotchWindow::setShape(const NotchShape& drawn) {
     applyShape();
 }
 
+void NotchWindow::setBubble(const Rect& bubble, double radius) {
+    bubble_ = bubble;
+    bubbleRadius_ = radius;
+    applyShape();
+}
+
 void NotchWindow::applyShape() {
     if (x11_) {
-        x11_->setShape(NotchOutline{drawn_}.pixels(frame_.width / 2, view_->devicePixelRatio()));
+        const double scale = view_->devicePixelRatio();
+        std::vector<PixelRect> shape = NotchOutline{drawn_}.pixels(frame_.width / 2, scale);
+        std::ranges::copy(roundedPixels(bubble_, bubbleRadius_, scale), std::back_inserter(shape));
+        x11_->setShape(std::move(shape));
     }
 }
 

@@ -28,6 +28,8 @@ public:
     std::function<void(const NotchShapes&, NotchModel::Mode)> onShow;
     /// The shape as it is drawn now: takes the pointer, and without a compositor is all that there is of the window.
     void setShape(const NotchShape& drawn);
+    /// What is drawn besides the shape, in the window; empty for nothing.
+    void setBubble(const Rect& bubble, double radius);
 
     void place(const Rect& frame) override;
     void show(const NotchShapes& shapes, NotchModel::Mode mode) override;
@@ -53,6 +55,8 @@ private:
     std::unique_ptr<X11Panel> x11_; ///< null on other platforms
     std::unique_ptr<QSocketNotifier> x11Readable_;
     NotchShape drawn_;
+    Rect bubble_;
+    double bubbleRadius_ = 0;
     Rect frame_;
     bool takesKeyboard_ = false;
     Observers moves_;

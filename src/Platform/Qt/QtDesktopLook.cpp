@@ -11,6 +11,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
+#include <utility>
 
 namespace kippo {
 
@@ -19,9 +20,12 @@ namespace {
 constexpr auto service = "org.freedesktop.portal.Desktop";
 constexpr auto path = "/org/freedesktop/portal/desktop";
 constexpr auto interface = "org.freedesktop.portal.Settings";
-constexpr auto group = "org.freedesktop.appearance";
+constexpr auto appearance = "org.freedesktop.appearance";
 constexpr auto schemeKey = "color-scheme";
 constexpr auto accentKey = "accent-color";
+constexpr auto motionKey = "reduced-motion";
+constexpr auto gnome = "org.gnome.desktop.interface";
+constexpr auto animationsKey = "enable-animations";
 
 bool isPaletteDark() { return QGuiApplication::palette().color(QPalette::Window).lightness() < 128; }
 
@@ -62,30 +66,30 @@ QtDesktopLook::QtDesktopLook() : isDark_(isPaletteDark()) {
     if (QtSessionBus::isThere()) {
         QDBusConnection::sessionBus().connect(QString{}, path, interface, QStringLiteral("SettingChanged"), this,
                                               SLOT(settingChanged(QString, QString, QDBusVariant)));
-        askPortal(schemeKey);
-        askPortal(accentKey);
+        askPortal(appearance, schemeKey);
+        askPortal(appearance, accentKey);
+        askPortal(appearance, motionKey);
+        askPortal(gnome, animationsKey);
     }
 }
 
 Subscription QtDesktopLook::observe(std::function<void()> callback) { return observers_.add(std::move(callback)); }
 
-void QtDesktopLook::askPortal(const char* key) {
+void QtDesktopLook::askPortal(const char* group, const char* key) {
     QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     question << QString::fromLatin1(group) << QString::fromLatin1(key);
     auto* watcher = new QDBusPendingCallWatcher{QDBusConnection::sessionBus().asyncCall(question), this};
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, key] {
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, group, key] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (!reply.isError()) {
-            take(QString::fromLatin1(key), unwrapped(QVariant::fromValue(reply.value())));
+            take(QString::fromLatin1(group), QString::fromLatin1(key), unwrapped(QVariant::fromValue(reply.value())));
         }
         watcher->deleteLater();
     });
 }
 
 void QtDesktopLook::settingChanged(const QString& changedGroup, const QString& changedKey, const QDBusVariant& value) {
-    if (changedGroup == QLatin1String{group}) {
-        take(changedKey, unwrapped(value.variant()));
-    }
+    take(changedGroup, changedKey, unwrapped(value.variant()));
 }
 
 bool QtDesktopLook::eventFilter(QObject* watched, QEvent* event) {
@@ -95,12 +99,24 @@ bool QtDesktopLook::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-void QtDesktopLook::take(const QString& key, const QVariant& value) {
-    if (key == QLatin1String{schemeKey}) {
+void QtDesktopLook::take(const QString& group, const QString& key, const QVariant& value) {
+    if (group == QLatin1String{gnome} && key == QLatin1String{animationsKey}) {
+        keep(isStill_, !value.toBool());
+    } else if (group != QLatin1String{appearance}) {
+        return;
+    } else if (key == QLatin1String{schemeKey}) {
         scheme_ = value.toUInt();
         update();
-    } else if (key == QLatin1String{accentKey} && accent_ != colour(value)) {
-        accent_ = colour(value);
+    } else if (key == QLatin1String{accentKey}) {
+        keep(accent_, colour(value));
+    } else if (key == QLatin1String{motionKey}) {
+        keep(reducesMotion_, value.toUInt() == 1);
+    }
+}
+
+template <typename T> void QtDesktopLook::keep(T& known, T value) {
+    if (known != value) {
+        known = std::move(value);
         observers_.notify();
     }
 }

@@ -17,6 +17,7 @@ public:
 
     bool isDark() const override { return isDark_; }
     std::optional<std::uint32_t> accent() const override { return accent_; }
+    bool reducesMotion() const override { return reducesMotion_ || isStill_; }
     [[nodiscard]] Subscription observe(std::function<void()> callback) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -24,13 +25,16 @@ private slots:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
-    void askPortal(const char* key);
-    void take(const QString& key, const QVariant& value);
+    void askPortal(const char* group, const char* key);
+    void take(const QString& group, const QString& key, const QVariant& value);
+    template <typename T> void keep(T& known, T value);
     void update();
 
     std::optional<unsigned> scheme_; ///< the portal's "color-scheme": 0 no preference, 1 dark, 2 light
     std::optional<std::uint32_t> accent_;
     bool isDark_ = false;
+    bool reducesMotion_ = false; ///< the portal's "reduced-motion"
+    bool isStill_ = false;       ///< GNOME's "enable-animations" is off
     Observers observers_;
 };
 
