@@ -103,9 +103,9 @@ std::unique_ptr<XDesktop> XDesktop::start(int width, int height) {
     const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
     Child server({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", size, "-nolisten", "tcp", "-noreset"},
                  {});
-    close(ends[1]);
+    ::close(ends[1]);
     const auto number = displayNumber(ends[0]);
-    close(ends[0]);
+    ::close(ends[0]);
     if (!number) {
         return nullptr;
     }
