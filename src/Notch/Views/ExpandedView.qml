@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Kippo
 
@@ -24,7 +25,7 @@ FocusScope {
     /// Puts the keyboard on the page.
     function takeFocus(): void {
         if (showsFocus && focusPage.item)
-            focusPage.item.forceActiveFocus(Qt.TabFocusReason);
+            focusPage.forceActiveFocus(Qt.TabFocusReason);
         else
             agentsPage.forceActiveFocus(Qt.TabFocusReason);
     }
@@ -105,6 +106,7 @@ FocusScope {
             visible: expanded.showsFocus
             active: expanded.showsFocus || item
             sourceComponent: FocusPage {
+                focus: true
                 timer: expanded.focusTimer
                 stretch: expanded.stretch
             }

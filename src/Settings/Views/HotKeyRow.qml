@@ -6,7 +6,8 @@ GroupRow {
     id: row
 
     required property string title
-    required property list<string> keys
+    /// Strings, such as "Ctrl".
+    required property var keys
     required property string trouble
 
     implicitHeight: 44

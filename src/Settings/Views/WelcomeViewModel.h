@@ -13,8 +13,8 @@ class WelcomeViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
-    /// Those on this machine that report through hooks; the roles of AgentSettingsModel.
-    Q_PROPERTY(QAbstractItemModel* found READ found CONSTANT)
+    /// An item model: those on this machine that report through hooks; the roles of AgentSettingsModel.
+    Q_PROPERTY(QObject* found READ found CONSTANT)
     Q_PROPERTY(int foundCount READ foundCount CONSTANT)
     /// How many of them are not connected.
     Q_PROPERTY(int unconnected READ unconnected NOTIFY changed)
@@ -23,7 +23,7 @@ public:
     /// `onMachine` are the agents on this machine. `agents` must outlive the welcome.
     WelcomeViewModel(AgentSettingsViewModel& agents, const std::set<HookAgent>& onMachine, QObject* parent = nullptr);
 
-    QAbstractItemModel* found() { return &found_; }
+    QObject* found() { return &found_; }
     int foundCount() const { return found_.rowCount(); }
     int unconnected() const;
 
