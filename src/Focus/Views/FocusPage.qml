@@ -8,6 +8,8 @@ FocusScope {
     required property FocusViewModel timer
     required property StretchViewModel stretch
 
+    focus: true
+
     StretchScreen {
         anchors.fill: parent
         visible: page.stretch.isOn

@@ -1,4 +1,3 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import Kippo
 
@@ -24,7 +23,7 @@ FocusScope {
 
     /// Puts the keyboard on the page.
     function takeFocus(): void {
-        if (showsFocus && focusPage.item)
+        if (showsFocus)
             focusPage.forceActiveFocus(Qt.TabFocusReason);
         else
             agentsPage.forceActiveFocus(Qt.TabFocusReason);
@@ -102,14 +101,15 @@ FocusScope {
         Loader {
             id: focusPage
 
+            function make(): void {
+                if (visible && status === Loader.Null)
+                    setSource("FocusPage.qml", {timer: expanded.focusTimer, stretch: expanded.stretch});
+            }
+
             anchors.fill: parent
             visible: expanded.showsFocus
-            active: expanded.showsFocus || item
-            sourceComponent: FocusPage {
-                focus: true
-                timer: expanded.focusTimer
-                stretch: expanded.stretch
-            }
+            onVisibleChanged: make()
+            Component.onCompleted: make()
         }
     }
 
