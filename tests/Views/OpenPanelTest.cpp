@@ -56,6 +56,31 @@ TEST_F(OpenPanelTest, TheKeyboardTurnsPagesPinsAndCloses) {
     EXPECT_EQ(warnings, QStringList{}) << qPrintable(warnings.join(u'\n'));
 }
 
+/// Calls `see` with each interface that a screen reader finds below `at`.
+void walk(QAccessibleInterface* at, const std::function<void(QAccessibleInterface&)>& see) {
+    if (!at || at->state().invisible) {
+        return;
+    }
+    see(*at);
+    for (int child = 0; child < at->childCount(); ++child) {
+        walk(at->child(child), see);
+    }
+}
+
+TEST_F(OpenPanelTest, AScreenReaderFindsANameOnEverythingThatIsPressed) {
+    for (const NotchTab tab : {NotchTab::agents, NotchTab::focus}) {
+        openByKey(tab);
+        int pressed = 0;
+        walk(QAccessible::queryAccessibleInterface(&view), [&](QAccessibleInterface& at) {
+            if (at.role() == QAccessible::Button || at.role() == QAccessible::PageTab) {
+                ++pressed;
+                EXPECT_FALSE(at.text(QAccessible::Name).isEmpty());
+            }
+        });
+        EXPECT_GE(pressed, 4);
+    }
+}
+
 TEST_F(OpenPanelTest, AMessageTakesThePointerBesideTheShapeAndIsAnswered) {
     defaults.set("reducedMotion", true);
     MascotLines::Random random{2};
