@@ -200,6 +200,7 @@ void AppDelegate::updateLiveActivity() {
 void AppDelegate::readSettings() {
     stores_.mascotStage.setRoaming(ports_.defaults.get<bool>("mascotEnabled") &&
                                    ports_.defaults.get<bool>("mascotRoams"));
+    panel_.agents.setLights(ports_.defaults.get<bool>("statusLights"));
     syncHotKeys();
     updateTray();
     updateLiveActivity();

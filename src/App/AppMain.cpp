@@ -108,6 +108,7 @@ int main(int argc, char** argv) {
     }
     QGuiApplication application{argc, argv};
     QGuiApplication::setApplicationName(QStringLiteral("Kippo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.kippo.Kippo"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return demo.isOn ? DemoMain::run(demo) : runApplication(*options);
 }

@@ -61,6 +61,7 @@ public:
 
     AppDelegate& delegate() { return delegate_; }
     Screens& screens() { return screens_; }
+    DesktopLook& look() { return look_; }
     Sounds& sounds() { return sounds_; }
     Desktop& desktop() { return desktop_; }
     UrlOpener& urls() { return urls_; }

@@ -44,7 +44,7 @@ RealWindows::RealWindows(RealApplication& application, RealAgents& agents, Sched
                  .scheduler = scheduler,
                  .defaults = defaults,
                  .screens = application.screens(),
-                 .look = look_,
+                 .look = application.look(),
                  .loginItem = loginItem_,
                  .sounds = application.sounds(),
                  .desktop = application.desktop(),
@@ -55,7 +55,7 @@ RealWindows::RealWindows(RealApplication& application, RealAgents& agents, Sched
                 .scheduler = scheduler,
                 .defaults = defaults,
                 .screens = application.screens(),
-                .look = look_,
+                .look = application.look(),
                 .loginItem = loginItem_,
                 .hotKeys = application.delegate().hotKeys(),
                 .onMachine = agentsOnMachine(places)}) {

@@ -4,7 +4,6 @@
 #include "App/SettingsWindow.h"
 #include "App/WelcomeWindow.h"
 #include "Platform/Linux/XdgLoginItem.h"
-#include "Platform/Qt/QtDesktopLook.h"
 #include "Support/Places.h"
 
 namespace kippo {
@@ -22,7 +21,6 @@ public:
     void setNotice(const std::string& sentence) { settings_.setNotice(QString::fromStdString(sentence)); }
 
 private:
-    QtDesktopLook look_;
     PosixUserFiles files_;
     XdgLoginItem loginItem_;
     SettingsWindow settings_;

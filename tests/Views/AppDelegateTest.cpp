@@ -363,6 +363,12 @@ TEST(WelcomeTest, MeetsWhoeverIsNew) {
     EXPECT_EQ(welcomes, 1);
 }
 
+TEST_F(AppDelegateTest, TheRowsLightsFollowTheirSetting) {
+    EXPECT_TRUE(panel.agents.hasLights());
+    defaults.set("statusLights", false);
+    EXPECT_FALSE(panel.agents.hasLights());
+}
+
 TEST_F(AppDelegateTest, ReducedMotionReachesEverythingThatMoves) {
     look.reduceMotion();
     panel.notch.open();

@@ -108,6 +108,7 @@ TEST_F(SettingsQmlTest, EverySwitchOfEveryPageWritesItsKeyAndHasAName) {
           {u"Use hot keys"_qs, "hotKeysEnabled"}}},
         {u"Notch"_qs,
          {{u"Show what is going on"_qs, "showLiveActivity"},
+          {u"Status lights"_qs, "statusLights"},
           {u"Focus page"_qs, "showFocusTab"},
           {u"Reduce motion"_qs, "reducedMotion"}}},
         {u"Alerts & sounds"_qs, {{u"With a sound"_qs, "agentSound"}, {u"Announce agents"_qs, "agentAlerts"}}},

@@ -96,6 +96,13 @@ void AgentsViewModel::showProblem(std::string_view sentence) {
     }
 }
 
+void AgentsViewModel::setLights(bool shown) {
+    if (shown != hasLights_) {
+        hasLights_ = shown;
+        emit lightsChanged();
+    }
+}
+
 void AgentsViewModel::setVisible(bool visible) {
     if (isVisible_ == visible) {
         return;

@@ -31,6 +31,7 @@ class AgentsViewModel : public QObject {
     Q_PROPERTY(int resting READ resting NOTIFY summaryChanged)
     Q_PROPERTY(QString spoken READ spoken NOTIFY summaryChanged)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY summaryChanged)
+    Q_PROPERTY(bool hasLights READ hasLights NOTIFY lightsChanged)
     Q_PROPERTY(bool isVisible READ isVisible WRITE setVisible NOTIFY visibleChanged)
 
 public:
@@ -85,6 +86,9 @@ public:
     /// "Agents, 1 needs you, 2 working", for a screen reader.
     QString spoken() const;
     bool isEmpty() const { return current_.empty(); }
+    /// Whether each row has a light for its status beside the words.
+    bool hasLights() const { return hasLights_; }
+    void setLights(bool shown);
     bool isVisible() const { return isVisible_; }
 
     /// The store's list, in its order, and how many of them could be cleared.
@@ -97,6 +101,7 @@ signals:
     void expandedIdChanged();
     void problemChanged();
     void summaryChanged();
+    void lightsChanged();
     void visibleChanged();
     /// The page is to be shown from its top.
     void begunAnew();
@@ -123,6 +128,7 @@ private:
     QString needsYouText_;
     QString workingText_;
     QString restText_;
+    bool hasLights_ = true;
     bool isVisible_ = false;
     Date hiddenAt_ = distantPast;
     Timer clock_;

@@ -130,6 +130,8 @@ Item {
 
         anchors.left: names.left
         anchors.verticalCenter: sentence.verticalCenter
+        width: visible ? implicitWidth : 0
+        visible: row.agents.hasLights
         status: row.status
     }
 
@@ -137,7 +139,7 @@ Item {
         id: sentence
 
         anchors.left: light.right
-        anchors.leftMargin: Theme.unit + 2
+        anchors.leftMargin: light.visible ? Theme.unit + 2 : 0
         anchors.right: meta.left
         anchors.rightMargin: Theme.margin
         y: 27

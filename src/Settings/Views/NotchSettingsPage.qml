@@ -47,6 +47,13 @@ SettingsPage {
         title: "While it is open"
 
         SwitchRow {
+            title: "Status lights"
+            note: "A light beside what each agent does; its colour and its shape tell the status"
+            isOn: page.preferences.statusLights
+            onSwitched: on => page.preferences.statusLights = on
+        }
+
+        SwitchRow {
             title: "Focus page"
             note: "The timer and the stretches"
             isOn: page.preferences.showFocusTab
