@@ -132,7 +132,8 @@ TEST(Doctor, FitsTheTerminalAndTellsScripts) {
     auto facts = healthy();
     facts.codexTrust = DoctorFacts::CodexTrust::untrusted;
     const auto checks = judge(facts);
-    for (const auto line : Text::split(doctorText(checks, {.width = 40}), '\n')) {
+    const std::string narrow = doctorText(checks, {.width = 40});
+    for (const auto line : Text::split(narrow, '\n')) {
         EXPECT_LE(Text::validUtf8(line).size(), 46U) << line;
     }
     EXPECT_TRUE(doctorText(checks, {}).ends_with("\nOne thing is not well.\n"));
