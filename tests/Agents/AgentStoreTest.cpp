@@ -1,11 +1,6 @@
-#include "Agents/AgentStore.h"
+#include "Fakes/AgentMachine.h"
 #include "Fakes/FakeDefaults.h"
-#include "Fakes/FakeProcessLister.h"
-#include "Fakes/FakeProcessRunner.h"
 #include "Fakes/FakeScheduler.h"
-#include "Fakes/FakeTrash.h"
-#include "Fakes/FakeUserFiles.h"
-#include "Fakes/PrivateHome.h"
 
 #include <deque>
 #include <fmt/chrono.h>
@@ -45,34 +40,12 @@ public:
     int pieces = 0;
 };
 
-struct AgentStoreTest : testing::Test {
-    PrivateHome home;
+struct AgentStoreTest : testing::Test, AgentMachine {
     FakeScheduler scheduler;
     FakeDefaults defaults;
-    InlineSerialQueue queue;
-    SerialQueue* work = &queue;
-    SerialQueue* scans = &queue;
-    FakeProcessLister processes;
-    FakeUserFiles userFiles;
-    FakeProcessRunner runner;
-    FakeTrash trash;
-    std::string executable = "/opt/kippo";
-    bool isInstalled = false;
     std::vector<std::string> alerts;
 
-    AgentStore::Ports ports() {
-        return {.scheduler = scheduler,
-                .defaults = defaults,
-                .work = *work,
-                .scans = *scans,
-                .processes = processes,
-                .files = nullptr,
-                .userFiles = userFiles,
-                .runner = runner,
-                .trash = trash,
-                .executable = executable,
-                .isInstalled = isInstalled};
-    }
+    AgentStore::Ports ports() { return AgentMachine::ports(scheduler, defaults); }
 
     std::unique_ptr<AgentStore> makeStore(AgentStore::Role role = AgentStore::Role::keeper) {
         auto store = std::make_unique<AgentStore>(home.places(), ports(), role);
@@ -82,15 +55,8 @@ struct AgentStoreTest : testing::Test {
         return store;
     }
 
-    /// Appends an event of session `id` at the present time; `more` are further members of the line.
-    void event(const std::string& name, const std::string& more = "", const std::string& id = "s") {
-        home.append(home.places().eventLog(),
-                    fmt::format("{{\"t\":{:.3f},\"e\":\"{}\",\"s\":\"{}\",\"a\":\"claude\",\"c\":\"/x\"{}}}\n",
-                                unixSeconds(scheduler.now()), name, id, more));
-    }
-
-    static ProcInfo process(Pid pid, Pid parent, double uptime, const std::string& command) {
-        return {.pid = pid, .ppid = parent, .rssKB = 10, .cpu = 0, .uptime = uptime, .command = command};
+    void event(const std::string& name, const std::string& more = "", const std::string& id = "s") const {
+        AgentMachine::event(scheduler.now(), name, more, id);
     }
 
     static std::string status(const AgentStore& store, const std::string& id = "s") {

@@ -1,11 +1,6 @@
-#include "Agents/AgentStore.h"
+#include "Fakes/AgentMachine.h"
 #include "Fakes/FakeDefaults.h"
-#include "Fakes/FakeProcessLister.h"
-#include "Fakes/FakeProcessRunner.h"
 #include "Fakes/FakeScheduler.h"
-#include "Fakes/FakeTrash.h"
-#include "Fakes/FakeUserFiles.h"
-#include "Fakes/PrivateHome.h"
 
 #include <gtest/gtest.h>
 
@@ -26,12 +21,12 @@ std::vector<std::string> linesOf(const std::string& path) {
 
 /// One captured run of an agent in a private home: its hooks go through hook mode, its transcripts lie where it wrote
 /// them.
-struct Replay {
+struct Replay : AgentMachine {
     Replay(std::string agentName, std::string scenarioName)
         : agent(std::move(agentName)), scenario(std::move(scenarioName)) {
         setenv("TZ", "UTC", 1); // the captured folders are named by the day
         tzset();
-        processes.table.push_back({.pid = 2, .ppid = 1, .rssKB = 10, .cpu = 0, .uptime = 9e4, .command = "bash"});
+        processes.table.push_back(process(2, 1, 9e4, "bash"));
     }
 
     /// Lays the transcripts out where the agent wrote them.
@@ -61,12 +56,7 @@ struct Replay {
 
     /// The agent's process runs in the folder of the captures.
     void startProcess() {
-        processes.table.push_back({.pid = 10,
-                                   .ppid = 2,
-                                   .rssKB = 10,
-                                   .cpu = 0,
-                                   .uptime = 600,
-                                   .command = agent == "claude" ? "claude" : "node /home/dev/bin/" + agent});
+        processes.table.push_back(process(10, 2, 600, agent == "claude" ? "claude" : "node /home/dev/bin/" + agent));
         processes.cwds[10] = "/home/dev/" + agent;
     }
 
@@ -83,27 +73,11 @@ struct Replay {
     }
 
     std::string agent, scenario;
-    PrivateHome home;
     /// Just after the captures were taken.
     Date end = dateFromUnix(1795226880);
     FakeScheduler scheduler{end};
     FakeDefaults defaults;
-    InlineSerialQueue queue;
-    FakeProcessLister processes;
-    FakeUserFiles userFiles;
-    FakeProcessRunner runner;
-    FakeTrash trash;
-    AgentStore store{home.places(),
-                     {.scheduler = scheduler,
-                      .defaults = defaults,
-                      .work = queue,
-                      .scans = queue,
-                      .processes = processes,
-                      .files = nullptr,
-                      .userFiles = userFiles,
-                      .runner = runner,
-                      .trash = trash,
-                      .executable = {}}};
+    AgentStore store{home.places(), ports(scheduler, defaults)};
 };
 
 constexpr std::size_t all = 1000;

@@ -21,7 +21,7 @@ struct AgentSettingsViewModelTest : testing::Test, SettingsFixture {
 };
 
 TEST_F(AgentSettingsViewModelTest, WhatIsShownBeforehandIsWhatIsWritten) {
-    files.files[claudeFile()] = "{\n  \"model\": \"opus\"\n}\n";
+    userFiles.files[claudeFile()] = "{\n  \"model\": \"opus\"\n}\n";
     const std::unique_ptr<PlannedChange> planned{settings.plannedChange(Kind::Claude, true)};
     QString added;
     for (int i = 0; i < planned->rowCount(); ++i) {
@@ -31,17 +31,17 @@ TEST_F(AgentSettingsViewModelTest, WhatIsShownBeforehandIsWhatIsWritten) {
         }
     }
     EXPECT_EQ(planned->file(), "~/.claude/settings.json");
-    EXPECT_EQ(files.written.size(), 0U);
+    EXPECT_EQ(userFiles.written.size(), 0U);
 
     settings.connectAgent(Kind::Claude);
-    EXPECT_EQ(QString::fromStdString(files.files[claudeFile()]), added);
+    EXPECT_EQ(QString::fromStdString(userFiles.files[claudeFile()]), added);
     EXPECT_TRUE(row(HookAgent::claude).isConnected);
     const std::unique_ptr<PlannedChange> again{settings.plannedChange(Kind::Claude, true)};
     EXPECT_FALSE(again->isNeeded() || again->isImpossible());
 
     settings.disconnectAgent(Kind::Claude);
     EXPECT_FALSE(row(HookAgent::claude).isConnected);
-    EXPECT_EQ(files.files[claudeFile()], "{\n  \"model\": \"opus\"\n}\n");
+    EXPECT_EQ(userFiles.files[claudeFile()], "{\n  \"model\": \"opus\"\n}\n");
 }
 
 TEST_F(AgentSettingsViewModelTest, AConnectionIsProvenByAnEventAndNothingElse) {
@@ -57,7 +57,7 @@ TEST_F(AgentSettingsViewModelTest, AConnectionIsProvenByAnEventAndNothingElse) {
 }
 
 TEST_F(AgentSettingsViewModelTest, AFileThatCannotBeEditedIsNamedUntilDismissed) {
-    files.files[claudeFile()] = "{ // mine\n}";
+    userFiles.files[claudeFile()] = "{ // mine\n}";
     const std::unique_ptr<PlannedChange> planned{settings.plannedChange(Kind::Claude, true)};
     EXPECT_TRUE(planned->isImpossible());
     QSignalSpy changed{&settings, &AgentSettingsViewModel::changed};
@@ -66,11 +66,11 @@ TEST_F(AgentSettingsViewModelTest, AFileThatCannotBeEditedIsNamedUntilDismissed)
     EXPECT_FALSE(row(HookAgent::claude).isConnected);
     EXPECT_EQ(settings.installError(), planned->summary());
     EXPECT_TRUE(settings.installError().contains(u"settings.json isn't valid JSON"));
-    EXPECT_EQ(files.files[claudeFile()], "{ // mine\n}");
+    EXPECT_EQ(userFiles.files[claudeFile()], "{ // mine\n}");
     settings.clearInstallError();
     EXPECT_EQ(settings.installError(), "");
 
-    files.full.insert(home + "/.codex/AGENTS.md");
+    userFiles.full.insert(home.path(".codex/AGENTS.md"));
     settings.askForSummary(Kind::Codex, true);
     EXPECT_FALSE(row(HookAgent::codex).asksForSummary);
     EXPECT_NE(settings.installError(), "");
@@ -88,7 +88,7 @@ TEST_F(AgentSettingsViewModelTest, WhatIsChosenIsStored) {
     EXPECT_FALSE(row(HookAgent::gemini).hasLights);
     EXPECT_TRUE(row(HookAgent::claude).asksForSummary);
     EXPECT_TRUE(row(HookAgent::cursor).instructionsFile.isEmpty());
-    AgentStore later{places(), ports()};
+    AgentStore later{home.places(), ports(scheduler, defaults)};
     EXPECT_TRUE(later.isHidden(AgentKind::aider));
     EXPECT_FALSE(later.drivesLights(AgentKind::gemini));
     EXPECT_EQ(later.watchedNames(), (std::vector<std::string>{"goose"}));
@@ -99,7 +99,7 @@ TEST_F(AgentSettingsViewModelTest, WhatIsChosenIsStored) {
 }
 
 TEST_F(AgentSettingsViewModelTest, SuggestionsAreTakenUpOrDeclined) {
-    lister.table = {process(10, "goose session"), process(11, "crush")};
+    processes.table = {process(10, 1, 90, "goose session"), process(11, 1, 90, "crush")};
     store.refreshProcesses();
     ASSERT_EQ(settings.suggestions()->rowCount(), 2);
     settings.dismissSuggestion(u"crush"_qs);

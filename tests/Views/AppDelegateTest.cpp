@@ -1,10 +1,5 @@
-#include "Agents/AgentStore.h"
-#include "Fakes/FakeProcessLister.h"
-#include "Fakes/FakeProcessRunner.h"
+#include "Fakes/AgentMachine.h"
 #include "Fakes/FakeSingleInstance.h"
-#include "Fakes/FakeTrash.h"
-#include "Fakes/FakeUserFiles.h"
-#include "Fakes/PrivateHome.h"
 #include "PanelFixture.h"
 #include "Samples.h"
 #include "Support/LocalTime.h"
@@ -20,26 +15,10 @@ using Mode = NotchModel::Mode;
 using Phase = FocusStore::Phase;
 using testing::Test;
 
-/// Agents that write their events into a log.
-struct AgentMachine {
-    AgentMachine(Scheduler& scheduler, UserDefaults& defaults)
-        : store(home.places(), {.scheduler = scheduler,
-                                .defaults = defaults,
-                                .work = queue,
-                                .scans = queue,
-                                .processes = processes,
-                                .files = nullptr,
-                                .userFiles = userFiles,
-                                .runner = runner,
-                                .trash = trash,
-                                .executable = "/opt/kippo"}) {}
+/// Agents that write their events into a log, and the store that follows them.
+struct FollowedAgents : AgentMachine {
+    FollowedAgents(Scheduler& scheduler, UserDefaults& defaults) : store(home.places(), ports(scheduler, defaults)) {}
 
-    PrivateHome home;
-    InlineSerialQueue queue;
-    FakeProcessLister processes;
-    FakeUserFiles userFiles;
-    FakeProcessRunner runner;
-    FakeTrash trash;
     AgentStore store;
 };
 
@@ -48,7 +27,7 @@ struct AppDelegateTest : Test, PanelFixture {
     AppDelegateTest() : PanelFixture({}, Start::later) {
         scheduler.setClock(atHour(scheduler.now(), 10));
         defaults.set("onboarded", true);
-        machine = std::make_shared<AgentMachine>(scheduler, defaults);
+        machine = std::make_shared<FollowedAgents>(scheduler, defaults);
         followed = machine;
         agents = &machine->store;
         application.follow(*agents);
@@ -59,10 +38,7 @@ struct AppDelegateTest : Test, PanelFixture {
     }
 
     void event(const std::string& name, const std::string& more = "") {
-        machine->home.append(
-            machine->home.places().eventLog(),
-            fmt::format("{{\"t\":{:.3f},\"e\":\"{}\",\"s\":\"s\",\"a\":\"claude\",\"c\":\"/home/dev/secret\"{}}}\n",
-                        unixSeconds(scheduler.now()), name, more));
+        machine->event(scheduler.now(), name, more, "s", "/home/dev/secret");
         scheduler.advance(Seconds{1});
     }
     /// A turn that is worth telling of.
@@ -78,7 +54,7 @@ struct AppDelegateTest : Test, PanelFixture {
         return live && std::holds_alternative<Activity>(*live);
     }
 
-    std::shared_ptr<AgentMachine> machine;
+    std::shared_ptr<FollowedAgents> machine;
     AgentStore* agents = nullptr;
 };
 

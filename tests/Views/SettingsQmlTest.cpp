@@ -1,6 +1,5 @@
 #include "App/SettingsWindow.h"
 #include "Fakes/FakeDesktop.h"
-#include "Fakes/FakeLoginItem.h"
 #include "Fakes/FakeSounds.h"
 #include "Mascot/Coach.h"
 #include "SettingsFixture.h"
@@ -14,24 +13,14 @@ namespace kippo {
 namespace {
 
 struct SettingsQmlTest : testing::Test, SettingsFixture, WindowProbe {
-    SettingsQmlTest() {
-        view = [this] { return window.view(); };
+    SettingsQmlTest() : WindowProbe([this] { return window.view(); }) {
         defaults.set("reducedMotion", true);
-        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-            // Offscreen there is nothing to be raised above.
-            EXPECT_TRUE(type == QtDebugMsg || type == QtInfoMsg || text.contains(u"raise()")) << qPrintable(text);
-        });
         window.show(u"Agents"_qs);
         QTest::qWait(50);
     }
-    ~SettingsQmlTest() override { qInstallMessageHandler(nullptr); }
 
-    FakeScreens screens{{{.name = "eDP-1", .frame = {0, 0, 1600, 1000}, .isBuiltIn = true}}};
-    FakeDesktopLook look;
-    FakeLoginItem loginItem;
     FakeSounds sounds;
     FakeDesktop desktop;
-    HotKeyState hotKeys;
     std::string sendingFails;
     int sent = 0;
     SettingsWindow window{{store,
@@ -57,13 +46,13 @@ struct SettingsQmlTest : testing::Test, SettingsFixture, WindowProbe {
 TEST_F(SettingsQmlTest, ConnectsAnAgentAfterShowingTheChange) {
     click(u"Show the change that connecting Claude Code makes"_qs);
     EXPECT_TRUE(shows(u"--kippo-hook --agent claude"_qs));
-    EXPECT_TRUE(files.written.empty());
+    EXPECT_TRUE(userFiles.written.empty());
     QTest::keyClick(window.view(), Qt::Key_Escape);
     QTest::qWait(50);
     EXPECT_FALSE(shows(u"--kippo-hook"_qs));
 
     click(u"Connect Claude Code"_qs);
-    EXPECT_TRUE(files.files[claudeFile()].contains("--kippo-hook --agent claude"));
+    EXPECT_TRUE(userFiles.files[claudeFile()].contains("--kippo-hook --agent claude"));
     EXPECT_TRUE(shows(u"Connected; nothing heard yet"_qs));
     scheduler.advance(Seconds{1});
     hear(HookAgent::claude);
@@ -78,7 +67,7 @@ TEST_F(SettingsQmlTest, EverySwitchCanBeReachedAndThrownByKeyboard) {
     QTest::keyClick(window.view(), Qt::Key_Tab);
     QTest::keyClick(window.view(), Qt::Key_Space);
     EXPECT_TRUE(store.summaryInstructions().contains(HookAgent::claude));
-    files.full.insert(home + "/.claude/CLAUDE.md");
+    userFiles.full.insert(home.path(".claude/CLAUDE.md"));
     QTest::keyClick(window.view(), Qt::Key_Space);
     QTest::qWait(50);
     EXPECT_TRUE(named(u"Ask for a one-line summary"_qs)->property("isOn").toBool()) << "shows what did not come about";

@@ -1,5 +1,4 @@
 #include "App/WelcomeWindow.h"
-#include "Fakes/FakeLoginItem.h"
 #include "SettingsFixture.h"
 #include "WindowProbe.h"
 
@@ -7,26 +6,17 @@ namespace kippo {
 namespace {
 
 struct WelcomeWindowTest : testing::Test, SettingsFixture, WindowProbe {
-    WelcomeWindowTest() {
-        view = [this] { return window.view(); };
+    WelcomeWindowTest() : WindowProbe([this] { return window.view(); }) {
         defaults.set("reducedMotion", true);
-        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-            EXPECT_TRUE(type == QtDebugMsg || type == QtInfoMsg || text.contains(u"raise()")) << qPrintable(text);
-        });
         window.onEnded = [this] { ++ended; };
         open();
     }
-    ~WelcomeWindowTest() override { qInstallMessageHandler(nullptr); }
 
     void open() {
         window.show();
         QTest::qWait(50);
     }
 
-    FakeScreens screens{{{.name = "eDP-1", .frame = {0, 0, 1600, 1000}, .isBuiltIn = true}}};
-    FakeDesktopLook look;
-    FakeLoginItem loginItem;
-    HotKeyState hotKeys;
     int ended = 0;
     WelcomeWindow window{
         {store, scheduler, defaults, screens, look, loginItem, hotKeys, {HookAgent::claude, HookAgent::codex}}};
@@ -46,7 +36,7 @@ TEST_F(WelcomeWindowTest, FromFirstToLastByKeyboardAndPointer) {
     EXPECT_TRUE(shows(u"--kippo-hook --agent claude"_qs));
     press(Qt::Key_Escape);
     EXPECT_TRUE(window.view()) << "Escape put away more than the sheet";
-    EXPECT_TRUE(files.written.empty()) << "connected without being asked";
+    EXPECT_TRUE(userFiles.written.empty()) << "connected without being asked";
     click(u"Connect all 2"_qs);
     EXPECT_EQ(store.connected(), (std::set{HookAgent::claude, HookAgent::codex}));
     click(u"Disconnect Codex"_qs);
@@ -85,7 +75,7 @@ TEST_F(WelcomeWindowTest, CanBeLeftAtEveryPointAndThenDidNothing) {
         EXPECT_EQ(ended, step + 1);
         EXPECT_FALSE(window.view());
     }
-    EXPECT_TRUE(files.written.empty());
+    EXPECT_TRUE(userFiles.written.empty());
     EXPECT_FALSE(loginItem.on);
 }
 

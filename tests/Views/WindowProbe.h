@@ -10,6 +10,17 @@ namespace kippo {
 
 /// Looks at a window as a person does, and presses what it finds there.
 struct WindowProbe {
+    /// `shown` tells the window; null while it is closed.
+    explicit WindowProbe(std::function<QQuickView*()> shown) : view(std::move(shown)) {
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            // Offscreen there is nothing to be raised above.
+            EXPECT_TRUE(type == QtDebugMsg || type == QtInfoMsg || text.contains(u"raise()")) << qPrintable(text);
+        });
+    }
+    ~WindowProbe() { qInstallMessageHandler(nullptr); }
+    WindowProbe(const WindowProbe&) = delete;
+    WindowProbe& operator=(const WindowProbe&) = delete;
+
     std::function<QQuickView*()> view;
 
     template <typename Visit> static void visit(QQuickItem* item, const Visit& visitor) {
