@@ -267,9 +267,6 @@ void AppDelegate::notchChanged() {
     if (agents_) {
         agents_->setVisible(visible);
     }
-    if (onAgentsPageVisible) {
-        onAgentsPageVisible(visible);
-    }
 }
 
 /// Holds the key that leads into the mascot's message only while there is one: other programs may want it.

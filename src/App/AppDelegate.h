@@ -9,6 +9,7 @@
 #include "Settings/HotKeyState.h"
 #include "Support/SingleInstance.h"
 #include "Support/TrayItem.h"
+#include "Support/UrlOpener.h"
 
 #include <random>
 
@@ -16,7 +17,6 @@ namespace kippo {
 
 class AgentStore;
 class Desktop;
-class UrlOpener;
 
 /// The application: starts the stores and ties them to the notch. What happens in a store becomes a peek, a wing, a
 /// sound, something that the mascot does or says. Knows ports only, so that a test drives all of it. Main queue only.
@@ -86,8 +86,9 @@ public:
 
     /// What a report of a problem tells; the person reads it before it goes anywhere.
     std::string reportText() const;
-    /// Opens a letter with `reportText` in the person's mail program, for the person to send. Where there is none, the
-    /// settings show the text.
+    /// Opens a letter with `reportText` in the person's mail program, for the person to send.
+    std::expected<void, UrlOpener::Error> writeReport();
+    /// `writeReport`, and where that fails the settings, which show the text.
     void reportProblem();
     void quit();
 
@@ -98,8 +99,6 @@ public:
     const HotKeyState& hotKeys() const { return hotKeyState_; }
     UserDefaults& defaults() { return ports_.defaults; }
 
-    /// The agents page came on screen, or left it.
-    std::function<void(bool)> onAgentsPageVisible;
     /// Shows the settings window on the page of this name.
     std::function<void(const std::string& page)> onShowSettings;
     /// Shows the welcome window; without one nobody is welcomed.

@@ -2,7 +2,6 @@
 #include "App/AppDelegate.h"
 #include "Focus/FocusCommands.h"
 #include "Support/Desktop.h"
-#include "Support/UrlOpener.h"
 
 #include <algorithm>
 #include <array>
@@ -166,8 +165,12 @@ std::string AppDelegate::reportText() const {
     return ProblemReport::text(ports_.about, agents_, ports_.scheduler.now());
 }
 
+std::expected<void, UrlOpener::Error> AppDelegate::writeReport() {
+    return ports_.urls.open(ProblemReport::letter(ports_.about.supportAddress, reportText()));
+}
+
 void AppDelegate::reportProblem() {
-    if (!ports_.urls.open(ProblemReport::letter(ports_.about.supportAddress, reportText()))) {
+    if (!writeReport()) {
         showSettings("About");
     }
 }

@@ -64,7 +64,6 @@ public:
     DesktopLook& look() { return look_; }
     Sounds& sounds() { return sounds_; }
     Desktop& desktop() { return desktop_; }
-    UrlOpener& urls() { return urls_; }
     QQuickView& view() { return window_.view(); }
 
 private:

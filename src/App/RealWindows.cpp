@@ -1,6 +1,5 @@
 #include "App/RealWindows.h"
 
-#include "App/ProblemReport.h"
 #include "Platform/Linux/Installation.h"
 #include "Settings/FoundAgents.h"
 
@@ -25,11 +24,10 @@ std::set<HookAgent> agentsOnMachine(const Places& places) {
 }
 
 /// A report goes through the person's mail program.
-ReportActions reportActions(RealApplication& application) {
-    return {.text = [&application] { return application.delegate().reportText(); },
-            .send = [&application]() -> std::string {
-                const auto opened = application.urls().open(
-                    ProblemReport::letter(KIPPO_SUPPORT_ADDRESS, application.delegate().reportText()));
+ReportActions reportActions(AppDelegate& delegate) {
+    return {.text = [&delegate] { return delegate.reportText(); },
+            .send = [&delegate]() -> std::string {
+                const auto opened = delegate.writeReport();
                 return opened ? std::string{} : opened.error().sentence;
             }};
 }
@@ -50,7 +48,7 @@ RealWindows::RealWindows(RealApplication& application, RealAgents& agents, Sched
                  .desktop = application.desktop(),
                  .hotKeys = application.delegate().hotKeys(),
                  .version = KIPPO_VERSION,
-                 .report = reportActions(application)}),
+                 .report = reportActions(application.delegate())}),
       welcome_({.agents = agents.store(),
                 .scheduler = scheduler,
                 .defaults = defaults,
