@@ -1,10 +1,13 @@
 #pragma once
 
-// What the benchmarks that look at a screen share: an X server of their own, and an eye on one of its pixels.
+// What the benchmarks that look at a screen share: a home and an X server of their own, and an eye on one of its
+// pixels.
 
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <spawn.h>
 #include <string>
@@ -39,6 +42,21 @@ inline pid_t start(const std::vector<std::string>& command, int input = -1) {
     }
     posix_spawn_file_actions_destroy(&actions);
     return pid;
+}
+
+/// A home folder of its own with these settings, for whatever is started from now on; empty when there is none.
+inline std::string startHome(const char* settings) {
+    std::string home = (std::filesystem::temp_directory_path() / "kippo-bench-XXXXXX").string();
+    if (!mkdtemp(home.data())) {
+        return {};
+    }
+    setenv("HOME", home.c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
+    unsetenv("XDG_DATA_HOME");
+    unsetenv("XDG_CONFIG_HOME");
+    std::filesystem::create_directories(home + "/.config/Kippo");
+    std::ofstream{home + "/.config/Kippo/defaults.json"} << settings;
+    return home;
 }
 
 /// An X server on a display of its own choice; its number is put into DISPLAY.

@@ -67,19 +67,11 @@ void report(const char* what, std::vector<double> times) {
 } // namespace
 
 int main() {
-    std::string home = (std::filesystem::temp_directory_path() / "kippo-bench-XXXXXX").string();
-    if (!mkdtemp(home.data())) {
+    // Nothing but the session's own state may move the wings.
+    const std::string home = startHome(R"({"agentAlerts": false, "mascotEnabled": false, "onboarded": true})");
+    if (home.empty()) {
         return 1;
     }
-    setenv("HOME", home.c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
-    unsetenv("XDG_DATA_HOME");
-    unsetenv("XDG_CONFIG_HOME");
-    std::filesystem::create_directories(home + "/.config/Kippo");
-    // Nothing but the session's own state may move the wings.
-    std::ofstream{home + "/.config/Kippo/defaults.json"}
-        << R"({"agentAlerts": false, "mascotEnabled": false, "onboarded": true})";
-
     const pid_t server = startServer();
     const pid_t panel = start({KIPPO_PANEL});
     xcb_connection_t* eyes = xcb_connect(nullptr, nullptr);

@@ -46,17 +46,10 @@ void end(pid_t pid) {
 } // namespace
 
 int main() {
-    std::string home = (std::filesystem::temp_directory_path() / "kippo-bench-XXXXXX").string();
-    if (!mkdtemp(home.data())) {
+    const std::string home = startHome(R"({"onboarded": true})");
+    if (home.empty()) {
         return 1;
     }
-    setenv("HOME", home.c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
-    unsetenv("XDG_DATA_HOME");
-    unsetenv("XDG_CONFIG_HOME");
-    std::filesystem::create_directories(home + "/.config/Kippo");
-    std::ofstream{home + "/.config/Kippo/defaults.json"} << R"({"onboarded": true})";
-
     const pid_t server = startServer();
     xcb_connection_t* eyes = xcb_connect(nullptr, nullptr);
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(eyes)).data->root;
