@@ -57,10 +57,15 @@ int runApplication(const Options& options) {
         delegate.showSettings();
     }
     const Timer greeted = scheduler.after(greetingTime, [&] {
-        defaults.setDamageHandler([&delegate, &windows](const std::string& sentence) {
+        defaults.setDamageHandler([&](const std::string& sentence) {
             complain(QString::fromStdString(sentence));
             windows.setNotice(sentence);
-            delegate.notch().showMascot(MascotLines::notice(sentence));
+            // Whoever has sent the mascot away sees it where it stands.
+            if (defaults.get<bool>("mascotEnabled")) {
+                delegate.notch().showMascot(MascotLines::notice(sentence));
+            } else {
+                delegate.showSettings();
+            }
         });
     });
     const int status = QGuiApplication::exec();
