@@ -63,7 +63,17 @@ void measure(const char* what, QQuickWindow& window, std::chrono::seconds span,
     window.hide();
 }
 
+/// When he stirs for the first time after he has come to rest in `state`.
+Seconds firstStir(MascotState state) {
+    Seconds time{5};
+    while (MascotMotion::stillFor(state, time) != Seconds{0}) {
+        time += MascotMotion::stillFor(state, time).value_or(Seconds{0});
+    }
+    return time;
+}
+
 void measureMascot(std::chrono::seconds span) {
+    using namespace std::chrono_literals;
     QQuickWindow window;
     window.setColor(Qt::black);
     window.resize(624, 178);
@@ -72,19 +82,28 @@ void measureMascot(std::chrono::seconds span) {
     struct Case {
         const char* name;
         MascotItem::State state;
+        std::chrono::seconds span;
+        Seconds age{0}; ///< of the state when the watch begins
     };
     using State = MascotItem::State;
-    for (const Case& each : {Case{"mascot: idle", State::Idle},
-                             {"mascot: walk, all the while", State::Walk},
-                             {"mascot: catching, once", State::Catching},
-                             {"mascot: cheer, once", State::Cheer},
-                             {"mascot: panic, once", State::Panic},
-                             {"mascot: sleep", State::Sleep},
-                             {"mascot: wake, once", State::Wake},
-                             {"mascot: talk, once", State::Talk}}) {
-        measure(each.name, window, span, [&] {
+    for (const Case& each :
+         {Case{"mascot: idle, between two stirs", State::Idle, 4s, 1s},
+          {"mascot: idle, a blink within 2 s", State::Idle, 2s, firstStir(MascotState::idle) - 0.5s},
+          {"mascot: idle, stirs and all", State::Idle, 9 * span, 1s},
+          {"mascot: walk, all the while", State::Walk, span},
+          {"mascot: catching, once", State::Catching, span},
+          {"mascot: cheer, once", State::Cheer, span},
+          {"mascot: panic, once", State::Panic, span},
+          {"mascot: sleep, until he sleeps, within 4 s", State::Sleep, 4s},
+          {"mascot: sleep, between two breaths", State::Sleep, 4s, 4s},
+          {"mascot: sleep, a breath within 4 s", State::Sleep, 4s, firstStir(MascotState::sleep) - 0.5s},
+          {"mascot: sleep, breaths and all", State::Sleep, 9 * span, 4s},
+          {"mascot: wake, once", State::Wake, span},
+          {"mascot: talk, once", State::Talk, span}}) {
+        measure(each.name, window, each.span, [&] {
             mascot.setState(each.state);
             mascot.restart();
+            mascot.advance(each.age.count());
         });
     }
 }

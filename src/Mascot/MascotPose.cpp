@@ -58,18 +58,18 @@ struct Stir {
 
 constexpr double settling = 0.5;
 
-// Uneven, or the eye would learn it and wait for the next.
-constexpr double idleRhythm = 41;
-constexpr std::array<Stir, 7> idleStirs{{{4.1, 0.2, Stir::Kind::blink},
-                                         {9.7, 0.2, Stir::Kind::blink},
-                                         {10.1, 0.2, Stir::Kind::blink},
-                                         {16.4, 1.7, Stir::Kind::glance},
-                                         {24.2, 0.2, Stir::Kind::blink},
-                                         {30.9, 0.6, Stir::Kind::twitch},
-                                         {37.3, 0.2, Stir::Kind::blink}}};
+// Uneven, or the eye would learn it and wait for the next; and so far apart that it comes to one picture a second.
+constexpr double idleRhythm = 83;
+constexpr std::array<Stir, 7> idleStirs{{{6.3, 0.2, Stir::Kind::blink},
+                                         {15.1, 0.2, Stir::Kind::blink},
+                                         {15.5, 0.2, Stir::Kind::blink},
+                                         {27.4, 0.6, Stir::Kind::twitch},
+                                         {39.2, 0.2, Stir::Kind::blink},
+                                         {52.9, 1.7, Stir::Kind::glance},
+                                         {70.6, 0.2, Stir::Kind::blink}}};
 
 constexpr double fallingAsleep = 3.4;
-constexpr double sleepRhythm = 24;
+constexpr double sleepRhythm = 48;
 constexpr std::array<Stir, 1> sleepStirs{{{10, 3, Stir::Kind::breath}}};
 
 constexpr double catchLength = 1.9;
@@ -465,6 +465,10 @@ std::optional<Seconds> MascotMotion::stillFor(MascotState state, Seconds elapsed
     default:
         return elapsed < *duration(state) ? std::optional{Seconds{0}} : std::nullopt;
     }
+}
+
+bool MascotMotion::isSlow(MascotState state, Seconds elapsed) {
+    return state == MascotState::sleep && elapsed.count() >= fallingAsleep;
 }
 
 } // namespace kippo

@@ -73,6 +73,9 @@ std::optional<Seconds> duration(MascotState state);
 /// How long his pose stays as it is `elapsed` after `state` began: 0 while he moves, nothing when he never moves again.
 std::optional<Seconds> stillFor(MascotState state, Seconds elapsed);
 
+/// Whether what moves is but a breath, for which half of a film's pictures do.
+bool isSlow(MascotState state, Seconds elapsed);
+
 } // namespace MascotMotion
 
 } // namespace kippo

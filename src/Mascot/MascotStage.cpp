@@ -9,9 +9,11 @@ namespace kippo {
 
 namespace {
 
-// Long enough between two walks that nobody waits for the next.
+// Long enough between two walks that nobody waits for the next. Where nothing happens each rest is twice as long as the
+// one before, so that a panel that stays open is a calm one.
 constexpr Seconds shortestRest{12};
 constexpr Seconds longestRest{45};
+constexpr int doublings = 3;
 constexpr Seconds timeToNod{20};
 
 // He gathers himself before the first step.
@@ -52,6 +54,7 @@ void MascotStage::setFloorShown(bool shown) {
         return;
     }
     isFloorShown_ = shown;
+    walks_ = 0;
     // Whoever opens the panel finds him standing, not on his way.
     if (!shown && floor_.state == State::walk) {
         enter(State::idle);
@@ -120,6 +123,9 @@ void MascotStage::enter(State state) {
     floor_ = {{state, now}, x, x, floor_.facesLeft};
     if (state == State::walk) {
         walkSomewhere();
+        ++walks_;
+    } else if (state != State::idle) {
+        walks_ = 0;
     }
     scheduleNext();
     observers_.notify();
@@ -139,8 +145,9 @@ void MascotStage::scheduleNext() {
             enter(State::idle);
         });
     } else if (isFloorShown_) {
-        const Seconds rest = isNight() ? timeToNod : Seconds{between(shortestRest.count(), longestRest.count())};
-        next_ = scheduler_.after(rest, [this] { chooseNext(); });
+        const int times = 1 << std::min(walks_, doublings);
+        const Seconds rest = times * Seconds{between(shortestRest.count(), longestRest.count())};
+        next_ = scheduler_.after(isNight() ? timeToNod : rest, [this] { chooseNext(); });
     }
 }
 

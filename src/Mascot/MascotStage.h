@@ -82,6 +82,7 @@ private:
     Floor floor_;
     std::optional<Actor> wing_;
     double floorLength_ = 8;
+    int walks_ = 0; ///< since anything happened
     bool roams_ = true;
     bool isFloorShown_ = false;
     Timer next_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/DemoScenes.h"
+#include "Mascot/Views/MascotItem.h"
 #include "PanelFixture.h"
 
 #include <QQmlEngine>
@@ -46,6 +47,17 @@ template <typename Visit> void visitShown(QQuickItem* item, const Visit& visit) 
     for (QQuickItem* child : item->childItems()) {
         visitShown(child, visit);
     }
+}
+
+/// The mascot where he can be seen.
+inline MascotItem* shownMascot(QQuickView& view) {
+    MascotItem* found = nullptr;
+    visitShown(view.rootObject(), [&](QQuickItem& item) {
+        if (auto* const mascot = qobject_cast<MascotItem*>(&item)) {
+            found = mascot;
+        }
+    });
+    return found;
 }
 
 } // namespace kippo

@@ -123,10 +123,14 @@ TEST(PanelQmlTest, DrawsNothingWhileNothingMoves) {
     for (const std::string_view scene :
          {"closed", "live", "peek-needs-you", "open", "open-expanded", "usage", "leftovers-failed"}) {
         PanelQml qml;
-        qml.defaults.set("mascotRoams", false); // now and then he blinks
         ASSERT_TRUE(DemoScenes::arrange(scene, qml.application, qml.scheduler.now()));
         ASSERT_TRUE(QTest::qWaitFor([&] { return !qml.panel.stage.isMoving(); }));
         QTest::qWait(400); // the rows have faded in
+        if (MascotItem* const kippo = shownMascot(qml.view)) {
+            kippo->restart(1); // and does not blink for five seconds
+            kippo->advance(0.2);
+            EXPECT_FALSE(kippo->isMoving()) << scene;
+        }
         const QSignalSpy frames{&qml.view, &QQuickWindow::frameSwapped};
         QTest::qWait(2000);
         EXPECT_EQ(frames.count(), 0) << scene;

@@ -19,6 +19,7 @@ Item {
         state: floor.stage.state
         facesLeft: floor.stage.facesLeft
         reduced: Motion.reduced
+        onStepped: floor.stage.step()
     }
 
     Connections {

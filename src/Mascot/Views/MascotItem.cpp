@@ -20,6 +20,7 @@ static_assert(plain(State::Panic) == MascotState::panic && plain(Mood::Sleepy) =
 
 // A drawn figure needs no more pictures than a film.
 constexpr std::chrono::milliseconds frame{33};
+constexpr std::chrono::milliseconds slowFrame{66};
 // From how he stood into how the next state begins.
 constexpr Seconds blending{0.14};
 
@@ -31,7 +32,7 @@ MascotItem::MascotItem(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
     setImplicitSize(room(size_).width(), room(size_).height());
     timer_.setSingleShot(true);
-    connect(&timer_, &QTimer::timeout, this, &MascotItem::tick);
+    connect(&timer_, &QTimer::timeout, this, &MascotItem::wake);
     clock_.start();
 }
 
@@ -47,7 +48,7 @@ void MascotItem::setState(State state) {
 void MascotItem::setMood(Mood mood) {
     if (mood_ != mood) {
         mood_ = mood;
-        update();
+        show();
         emit moodChanged();
     }
 }
@@ -81,7 +82,7 @@ void MascotItem::setReduced(bool reduced) {
     if (isReduced_ != reduced) {
         isReduced_ = reduced;
         schedule();
-        update();
+        show();
         emit reducedChanged();
     }
 }
@@ -96,7 +97,7 @@ void MascotItem::begin(double age) {
     blended_ = Seconds{0};
     elapsed_ = Seconds{age};
     clock_.restart();
-    update();
+    show();
 }
 
 void MascotItem::advance(double seconds) {
@@ -104,13 +105,33 @@ void MascotItem::advance(double seconds) {
     elapsed_ += Seconds{seconds};
     blended_ += Seconds{seconds};
     schedule();
+    show();
     // The last picture of a motion is that of the rest after it.
     if (wasMoving || isMoving_) {
+        emit stepped();
+    }
+}
+
+/// Draws him anew, unless the picture that is there shows him so.
+void MascotItem::show() {
+    const MascotPose now = pose();
+    if (now != shown_) {
+        shown_ = now;
         update();
     }
 }
 
 void MascotItem::tick() { advance(static_cast<double>(clock_.restart()) / 1000); }
+
+/// A timer that comes late after a rest takes nothing from the stir that begins.
+void MascotItem::wake() {
+    Seconds passed{static_cast<double>(clock_.restart()) / 1000};
+    const std::optional<Seconds> still = MascotMotion::stillFor(plain(state_), elapsed_);
+    if (still > Seconds{0}) {
+        passed = std::min(passed, *still);
+    }
+    advance(passed.count());
+}
 
 /// Wakes up for the next picture, or for the next time that he stirs; never while nobody sees him.
 void MascotItem::schedule() {
@@ -124,7 +145,7 @@ void MascotItem::schedule() {
     } else {
         const auto wait = std::chrono::ceil<std::chrono::milliseconds>(*still);
         timer_.setTimerType(moves ? Qt::PreciseTimer : Qt::CoarseTimer);
-        timer_.start(std::max(wait, frame));
+        timer_.start(std::max(wait, MascotMotion::isSlow(plain(state_), elapsed_) ? slowFrame : frame));
     }
     if (moves != isMoving_) {
         isMoving_ = moves;

@@ -63,6 +63,8 @@ signals:
     void hangsChanged();
     void reducedChanged();
     void movingChanged();
+    /// His clock went on while he moves, or to the end of it.
+    void stepped();
 
 protected:
     void itemChange(ItemChange change, const ItemChangeData& data) override;
@@ -70,7 +72,9 @@ protected:
 private:
     MascotPose pose() const;
     void begin(double age);
+    void show();
     void tick();
+    void wake();
     void schedule();
 
     State state_ = State::Idle;
@@ -83,6 +87,7 @@ private:
     Seconds elapsed_{1};  ///< since the state began; he starts out standing
     Seconds blended_{1};  ///< since he left `from_`
     MascotPose from_;     ///< how he stood when the state began
+    MascotPose shown_;    ///< how he was drawn last
     QElapsedTimer clock_; ///< since `elapsed_` was last moved on
     QTimer timer_;
 };

@@ -2,13 +2,6 @@
 
 namespace kippo {
 
-namespace {
-
-/// As often as his steps are drawn.
-constexpr Seconds stepInterval{0.033};
-
-} // namespace
-
 MascotStageViewModel::MascotStageViewModel(MascotStage& stage, Scheduler& scheduler, QObject* parent)
     : QObject(parent), stage_(stage), scheduler_(scheduler), floor_(stage.floor()), wing_(stage.wing()),
       subscription_(stage.observe([this] { follow(); })) {}
@@ -26,10 +19,6 @@ void MascotStageViewModel::follow() {
     const bool wingBegins = stage_.wing() != wing_;
     floor_ = stage_.floor();
     wing_ = stage_.wing();
-    steps_.cancel();
-    if (floor_.state == MascotState::walk) {
-        steps_ = scheduler_.every(stepInterval, Seconds{0}, [this] { emit placeChanged(); });
-    }
     emit changed();
     emit placeChanged();
     if (begins) {

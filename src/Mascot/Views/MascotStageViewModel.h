@@ -36,6 +36,8 @@ public:
     /// Seconds since the state on the floor began, and the one in the wing.
     Q_INVOKABLE double age() const { return (scheduler_.now() - stage_.floor().since).count(); }
     Q_INVOKABLE double wingAge() const;
+    /// He is drawn anew; where he walks, he is elsewhere by now.
+    Q_INVOKABLE void step() { emit placeChanged(); }
     /// How long the floor is, in his own heights.
     Q_INVOKABLE void setFloorLength(double length) { stage_.setFloorLength(length); }
 
@@ -53,7 +55,6 @@ private:
     Scheduler& scheduler_;
     MascotStage::Floor floor_;
     std::optional<MascotStage::Actor> wing_;
-    Timer steps_;
     Subscription subscription_;
 };
 
