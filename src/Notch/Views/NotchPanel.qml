@@ -29,8 +29,13 @@ FocusScope {
     }
 
     focus: true
-    onHasKeyboardChanged: if (hasKeyboard)
-        takeFocus()
+    // Without the keyboard nothing may look as if it had it.
+    onHasKeyboardChanged: {
+        if (hasKeyboard)
+            takeFocus();
+        else
+            open.focus = bubble.focus = false;
+    }
 
     Keys.onEscapePressed: notch.close()
     Keys.onPressed: event => {
@@ -135,7 +140,7 @@ FocusScope {
             opacity: panel.stage.expandedOpacity
             visible: opacity > 0
             enabled: panel.notch.isExpanded
-            onEnabledChanged: if (enabled)
+            onEnabledChanged: if (enabled && panel.hasKeyboard)
                 takeFocus()
             shoulder: panel.stage.expandedShoulder
             notch: panel.notch
