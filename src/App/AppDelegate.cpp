@@ -119,7 +119,7 @@ void AppDelegate::startCoach() {
                                                .idleTime = ports_.idleTime,
                                                .workingCount = [this] { return agents_ ? agents_->workingCount() : 0; },
                                                .isUnsuitable = [this] { return isUnsuitable(); },
-                                               .random = ports_.random});
+                                               .random = std::mt19937{ports_.random()}});
     coach_->show = [this](const MascotMessage& message) { say(message); };
     coach_->start();
 }
