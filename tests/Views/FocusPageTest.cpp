@@ -1,19 +1,14 @@
-#include "App/Prefs.h"
-#include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeScheduler.h"
 #include "Fakes/FakeSounds.h"
 #include "Focus/Views/FigurePainter.h"
 #include "Focus/Views/FocusViewModel.h"
 #include "Focus/Views/StretchFigure.h"
+#include "Samples.h"
+#include "WindowProbe.h"
 
 #include <QImage>
 #include <QPainter>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QSignalSpy>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace kippo {
 namespace {
@@ -22,19 +17,10 @@ using namespace std::chrono_literals;
 using Phase = FocusStore::Phase;
 
 /// The focus page in a window of the open panel's size, on a clock that the test moves.
-struct FocusPageTest : testing::Test {
-    struct Registration {
-        explicit Registration(UserDefaults& defaults) { Prefs::registerDefaults(defaults); }
-    };
-
+struct FocusPageTest : testing::Test, WarningsFail {
     FocusPageTest() {
         store.start();
         stretch.onBegin = [this] { stretches.start(); };
-        QObject::connect(view.engine(), &QQmlEngine::warnings, &view, [this](const QList<QQmlError>& errors) {
-            for (const QQmlError& error : errors) {
-                warnings.append(error.toString());
-            }
-        });
         view.setColor(Qt::black);
         view.setResizeMode(QQuickView::SizeRootObjectToView);
         view.setGeometry(0, 0, 624, 178);
@@ -45,7 +31,6 @@ struct FocusPageTest : testing::Test {
         EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
         view.rootObject()->forceActiveFocus(Qt::TabFocusReason);
     }
-    ~FocusPageTest() override { EXPECT_EQ(warnings, QStringList{}) << qPrintable(warnings.join(u'\n')); }
 
     /// How many frames the window draws of what `change` does; waits for `wanted` of them, and then for more.
     template <typename Change> int frames(const Change& change, int wanted = 0) {
@@ -61,33 +46,24 @@ struct FocusPageTest : testing::Test {
     QStringList texts() {
         QTest::qWait(20);
         QStringList found;
-        collect(view.rootObject(), found);
+        for (const QQuickItem* item : shownItems(view.rootObject())) {
+            if (isText(item)) {
+                found.append(item->property("text").toString());
+                EXPECT_FALSE(item->property("truncated").toBool()) << qPrintable(found.back());
+                const QRectF place = item->mapRectToScene(item->boundingRect());
+                EXPECT_TRUE(QRectF(0, 0, 624, 178).contains(place)) << qPrintable(found.back());
+            }
+        }
         return found;
-    }
-    void collect(QQuickItem* item, QStringList& found) {
-        if (!item->isVisible()) {
-            return;
-        }
-        if (const QString text = item->property("text").toString(); item->inherits("QQuickText") && !text.isEmpty()) {
-            EXPECT_FALSE(item->property("truncated").toBool()) << qPrintable(text);
-            const QRectF place = item->mapRectToScene(item->boundingRect());
-            EXPECT_TRUE(QRectF(0, 0, 624, 178).contains(place)) << qPrintable(text);
-            found.append(text);
-        }
-        for (QQuickItem* child : item->childItems()) {
-            collect(child, found);
-        }
     }
 
     FakeScheduler scheduler;
-    FakeDefaults defaults;
-    Registration registration{defaults};
+    FakeDefaults defaults = unchangedSettings();
     FakeSounds sounds;
     FocusStore store{scheduler, defaults};
     StretchStore stretches{scheduler, sounds};
     FocusViewModel timer{store, scheduler, defaults};
     StretchViewModel stretch{stretches, scheduler};
-    QStringList warnings;
     QQuickView view;
 };
 

@@ -1,33 +1,22 @@
 #include "Mascot/MascotLines.h"
 #include "Mascot/Views/MascotViewModel.h"
-
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
-#include <QTest>
-#include <gtest/gtest.h>
+#include "WindowProbe.h"
 
 namespace kippo {
 namespace {
 
 using Case = MascotMessage::Action::Case;
 
-struct MascotBubbleTest : testing::Test {
+struct MascotBubbleTest : testing::Test, WarningsFail {
     MascotBubbleTest() {
         model.onAction = [this](const MascotMessage::Action& action) { actions.push_back(action.value); };
         model.onAttended = [this](bool attended) { isAttended = attended; };
-        QObject::connect(view.engine(), &QQmlEngine::warnings, &view, [this](const QList<QQmlError>& errors) {
-            for (const QQmlError& error : errors) {
-                warnings.append(error.toString());
-            }
-        });
         view.setColor(QColor{0x6f, 0x7f, 0x95});
         view.setInitialProperties({{QStringLiteral("message"), QVariant::fromValue(&model)}});
         view.setSource(QUrl{QStringLiteral("qrc:/qt/qml/Kippo/MascotBubble.qml")});
         view.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
     }
-    ~MascotBubbleTest() override { EXPECT_EQ(warnings, QStringList{}) << qPrintable(warnings.join(u'\n')); }
 
     QSizeF wanted() const {
         QTest::qWait(30);
@@ -37,7 +26,6 @@ struct MascotBubbleTest : testing::Test {
     MascotViewModel model;
     std::vector<Case> actions;
     bool isAttended = false;
-    QStringList warnings;
     QQuickView view;
     MascotLines::Random random{3};
 };

@@ -3,8 +3,6 @@
 
 #include <QAccessible>
 #include <QSignalSpy>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace kippo {
 namespace {
@@ -53,7 +51,6 @@ TEST_F(OpenPanelTest, TheKeyboardTurnsPagesPinsAndCloses) {
     press(Qt::Key_Escape);
     EXPECT_EQ(mode(), NotchModel::Mode::collapsed);
     EXPECT_FALSE(window.hasKeyboard);
-    EXPECT_EQ(warnings, QStringList{}) << qPrintable(warnings.join(u'\n'));
 }
 
 /// Calls `see` with each interface that a screen reader finds below `at`.
@@ -98,7 +95,6 @@ TEST_F(OpenPanelTest, AMessageTakesThePointerBesideTheShapeAndIsAnswered) {
     QTest::qWait(20);
     EXPECT_FALSE(panel.mascot.speaks());
     EXPECT_TRUE(panel.stage.bubble().isEmpty());
-    EXPECT_EQ(warnings, QStringList{}) << qPrintable(warnings.join(u'\n'));
 }
 
 TEST_F(OpenPanelTest, TheMascotWalksHisFloorAndCostsNothingWhenHeStands) {

@@ -1,8 +1,6 @@
 #pragma once
 
 #include "App/AppDelegate.h"
-#include "App/Prefs.h"
-#include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeDesktop.h"
 #include "Fakes/FakeDesktopLook.h"
 #include "Fakes/FakeFullScreenWatcher.h"
@@ -14,6 +12,7 @@
 #include "Fakes/FakeSounds.h"
 #include "Fakes/FakeTrayItem.h"
 #include "Fakes/FakeUrlOpener.h"
+#include "Samples.h"
 
 #include <memory>
 
@@ -28,14 +27,6 @@ struct PanelFixture {
         NotchStage& stage;
     };
 
-    /// Settings that nobody has changed yet, except that the mascot does not mind the hour.
-    struct Registration {
-        explicit Registration(UserDefaults& defaults) {
-            Prefs::registerDefaults(defaults);
-            defaults.registerDefault("mascotNightOwl", false);
-        }
-    };
-
     enum class Start { atOnce, later };
 
     explicit PanelFixture(std::optional<Size> notch = {}, Start start = Start::atOnce)
@@ -48,8 +39,11 @@ struct PanelFixture {
     NotchModel::Mode mode() const { return panel.model.fields().mode; }
 
     FakeScheduler scheduler;
-    FakeDefaults defaults;
-    Registration registration{defaults};
+    FakeDefaults defaults = [] {
+        auto made = unchangedSettings();
+        made.registerDefault("mascotNightOwl", false); // whatever the hour is
+        return made;
+    }();
     FakeScreens screens;
     FakePointer pointer;
     FakeDesktop desktop;

@@ -3,23 +3,13 @@
 #include "App/DemoScenes.h"
 #include "Mascot/Views/MascotItem.h"
 #include "PanelFixture.h"
-
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
-#include <QTest>
-#include <gtest/gtest.h>
+#include "WindowProbe.h"
 
 namespace kippo {
 
 /// The panel in a window, offscreen.
-struct PanelQml : PanelFixture {
+struct PanelQml : WarningsFail, PanelFixture {
     explicit PanelQml(std::optional<Size> notch = {}) : PanelFixture(notch) {
-        QObject::connect(view.engine(), &QQmlEngine::warnings, &view, [this](const QList<QQmlError>& errors) {
-            for (const QQmlError& error : errors) {
-                warnings.append(error.toString());
-            }
-        });
         view.setColor(Qt::transparent);
         view.setResizeMode(QQuickView::SizeRootObjectToView);
         view.setGeometry(0, 0, static_cast<int>(window.frame.width), static_cast<int>(window.frame.height));
@@ -33,30 +23,18 @@ struct PanelQml : PanelFixture {
         ASSERT_TRUE(DemoScenes::arrange(scene, application, scheduler.now())) << scene;
         QTest::qWait(50);
     }
+    std::vector<QQuickItem*> items() const { return shownItems(view.rootObject()); }
 
-    QStringList warnings;
     QQuickView view;
 };
-
-/// Every item that can be seen.
-template <typename Visit> void visitShown(QQuickItem* item, const Visit& visit) {
-    if (!item->isVisible() || item->opacity() == 0) {
-        return;
-    }
-    visit(*item);
-    for (QQuickItem* child : item->childItems()) {
-        visitShown(child, visit);
-    }
-}
 
 /// The mascot where he can be seen.
 inline MascotItem* shownMascot(QQuickView& view) {
     MascotItem* found = nullptr;
-    visitShown(view.rootObject(), [&](QQuickItem& item) {
-        if (auto* const mascot = qobject_cast<MascotItem*>(&item)) {
-            found = mascot;
-        }
-    });
+    for (QQuickItem* item : shownItems(view.rootObject())) {
+        auto* const mascot = qobject_cast<MascotItem*>(item);
+        found = mascot ? mascot : found;
+    }
     return found;
 }
 

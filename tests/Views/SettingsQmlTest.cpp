@@ -15,7 +15,10 @@ namespace {
 struct SettingsQmlTest : testing::Test, SettingsFixture, WindowProbe {
     SettingsQmlTest() : WindowProbe([this] { return window.view(); }) {
         defaults.set("reducedMotion", true);
-        window.show(u"Agents"_qs);
+        turnTo(u"Agents"_qs);
+    }
+    void turnTo(const QString& page) {
+        window.show(page);
         QTest::qWait(50);
     }
 
@@ -75,8 +78,7 @@ TEST_F(SettingsQmlTest, EverySwitchCanBeReachedAndThrownByKeyboard) {
 }
 
 TEST_F(SettingsQmlTest, PreferencesTakeEffectAtOnceAndFollowTheOutside) {
-    window.show(u"General"_qs);
-    QTest::qWait(50);
+    turnTo(u"General"_qs);
     click(u"Open when the pointer rests on the notch"_qs);
     EXPECT_FALSE(defaults.get<bool>("openOnHover"));
     defaults.set("openOnHover", true);
@@ -108,8 +110,7 @@ TEST_F(SettingsQmlTest, EverySwitchOfEveryPageWritesItsKeyAndHasAName) {
     };
     window.view()->resize(880, 1400); // so that everything is in sight
     for (const QString& page : pages) {
-        window.show(page);
-        QTest::qWait(50);
+        turnTo(page);
         EXPECT_EQ(unnamedControls(), QStringList{}) << qPrintable(page);
         const auto found = switches.find(page);
         for (const auto& [title, key] : found == switches.end() ? decltype(found->second){} : found->second) {
@@ -122,10 +123,11 @@ TEST_F(SettingsQmlTest, EverySwitchOfEveryPageWritesItsKeyAndHasAName) {
 }
 
 TEST_F(SettingsQmlTest, TypedMinutesAreBroughtWithinTheirBounds) {
-    window.show(u"Focus & Kippo"_qs);
-    QTest::qWait(50);
+    turnTo(u"Focus & Kippo"_qs);
     QQuickItem* box = nullptr;
-    visit(named(u"Focus"_qs), [&box](QQuickItem& item) { box = item.inherits("QQuickSpinBox") ? &item : box; });
+    for (QQuickItem* item : shownItems(named(u"Focus"_qs))) {
+        box = item->inherits("QQuickSpinBox") ? item : box;
+    }
     ASSERT_TRUE(box);
     box->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Up);
@@ -146,8 +148,7 @@ TEST_F(SettingsQmlTest, TypedMinutesAreBroughtWithinTheirBounds) {
 TEST_F(SettingsQmlTest, TellsWhatDidNotComeAboutOutside) {
     hotKeys.set({{{'A'}, "Open Agents", HotKeyRecord::State::takenByAnother}});
     loginItem.refuses = true;
-    window.show(u"General"_qs);
-    QTest::qWait(50);
+    turnTo(u"General"_qs);
     click(u"Start at login"_qs);
     EXPECT_TRUE(shows(u"Start at login could not be changed: Permission denied."_qs));
     EXPECT_FALSE(named(u"Start at login"_qs)->property("isOn").toBool());
@@ -161,13 +162,11 @@ TEST_F(SettingsQmlTest, TellsWhatDidNotComeAboutOutside) {
 }
 
 TEST_F(SettingsQmlTest, PlaysSoundsAndQuietsTheMascot) {
-    window.show(u"Alerts & sounds"_qs);
-    QTest::qWait(50);
+    turnTo(u"Alerts & sounds"_qs);
     click(u"Play Funk"_qs);
     click(u"Play Blow"_qs);
     EXPECT_THAT(sounds.played, testing::ElementsAre(Sound::funk, Sound::blow));
-    window.show(u"Focus & Kippo"_qs);
-    QTest::qWait(50);
+    turnTo(u"Focus & Kippo"_qs);
     click(u"Quiet for the rest of today"_qs);
     EXPECT_TRUE(Coach::quiet(defaults, scheduler.now()).until);
     EXPECT_TRUE(shows(u"He is quiet until midnight."_qs));
@@ -193,8 +192,7 @@ TEST_F(SettingsQmlTest, AReportIsReadBeforeItGoes) {
 
 TEST_F(SettingsQmlTest, EveryAccentCanBeReadInBothLooksAndOnEveryStyle) {
     const Appearance appearance{defaults, look};
-    window.show(u"Notch"_qs);
-    QTest::qWait(50);
+    turnTo(u"Notch"_qs);
     click(u"Accent: Yellow"_qs);
     EXPECT_EQ(defaults.get<std::string>("accent"), "yellow");
     click(u"Style: Midnight"_qs);
