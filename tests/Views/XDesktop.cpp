@@ -1,5 +1,7 @@
 #include "XDesktop.h"
 
+#include "Platform/Linux/X11Server.h"
+
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -19,13 +21,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T> std::unique_ptr<T, Free> own(T* reply) { return std::unique_ptr<T, Free>(reply); }
-
 auto geometry(xcb_connection_t* connection, xcb_window_t window) {
-    return own(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr));
+    return X11::ask(connection, xcb_get_geometry, xcb_get_geometry_reply, window);
 }
 
 /// The number that an X server writes to `fd` when it is ready.
@@ -128,25 +125,24 @@ Child XDesktop::run(const std::vector<std::string>& command, std::vector<std::st
 }
 
 xcb_atom_t XDesktop::atom(const std::string& name) const {
-    const auto reply = own(xcb_intern_atom_reply(
-        connection_, xcb_intern_atom(connection_, false, static_cast<std::uint16_t>(name.size()), name.c_str()),
-        nullptr));
-    return reply->atom;
+    return X11::ask(connection_, xcb_intern_atom, xcb_intern_atom_reply, std::uint8_t{false},
+                    static_cast<std::uint16_t>(name.size()), name.c_str())
+        ->atom;
 }
 
 bool XDesktop::isComposited() const {
-    const auto owner = own(xcb_get_selection_owner_reply(
-        connection_, xcb_get_selection_owner(connection_, atom("_NET_WM_CM_S0")), nullptr));
+    const auto owner =
+        X11::ask(connection_, xcb_get_selection_owner, xcb_get_selection_owner_reply, atom("_NET_WM_CM_S0"));
     return owner && owner->owner != XCB_NONE;
 }
 
 std::vector<XDesktop::Window> XDesktop::windows() const {
     std::vector<Window> found;
-    const auto tree = own(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, screen_->root), nullptr));
+    const auto tree = X11::ask(connection_, xcb_query_tree, xcb_query_tree_reply, screen_->root);
     const xcb_window_t* children = xcb_query_tree_children(tree.get());
     for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-        const auto attributes = own(
-            xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, children[i]), nullptr));
+        const auto attributes =
+            X11::ask(connection_, xcb_get_window_attributes, xcb_get_window_attributes_reply, children[i]);
         const auto place = geometry(connection_, children[i]);
         if (attributes && place && attributes->map_state == XCB_MAP_STATE_VIEWABLE) {
             found.push_back({children[i], place->x, place->y, place->width, place->height});
@@ -156,17 +152,14 @@ std::vector<XDesktop::Window> XDesktop::windows() const {
 }
 
 std::optional<XDesktop::Window> XDesktop::windowAtTop(int width) const {
-    for (const Window& window : windows()) {
-        if (window.width == width && window.y == 0) {
-            return window;
-        }
-    }
-    return std::nullopt;
+    const auto all = windows();
+    const auto found = std::ranges::find_if(all, [=](const auto& one) { return one.width == width && one.y == 0; });
+    return found == all.end() ? std::nullopt : std::optional{*found};
 }
 
 xcb_window_t XDesktop::topLevelOf(xcb_window_t window) const {
     while (true) {
-        const auto tree = own(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+        const auto tree = X11::ask(connection_, xcb_query_tree, xcb_query_tree_reply, window);
         if (!tree || tree->parent == screen_->root || tree->parent == XCB_NONE) {
             return window;
         }
@@ -177,8 +170,7 @@ xcb_window_t XDesktop::topLevelOf(xcb_window_t window) const {
 std::vector<xcb_rectangle_t> XDesktop::region(xcb_window_t window, Region region) const {
     const auto kind =
         static_cast<xcb_shape_kind_t>(region == Region::input ? XCB_SHAPE_SK_INPUT : XCB_SHAPE_SK_BOUNDING);
-    const auto reply =
-        own(xcb_shape_get_rectangles_reply(connection_, xcb_shape_get_rectangles(connection_, window, kind), nullptr));
+    const auto reply = X11::ask(connection_, xcb_shape_get_rectangles, xcb_shape_get_rectangles_reply, window, kind);
     if (!reply) {
         return {};
     }
@@ -198,10 +190,9 @@ std::pair<int, int> XDesktop::extent(xcb_window_t window, Region which) const {
 
 XDesktop::Picture XDesktop::picture() const {
     const auto place = geometry(connection_, screen_->root);
-    const auto image = own(xcb_get_image_reply(
-        connection_,
-        xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen_->root, 0, 0, place->width, place->height, ~0U),
-        nullptr));
+    const auto image =
+        X11::ask(connection_, xcb_get_image, xcb_get_image_reply, std::uint8_t{XCB_IMAGE_FORMAT_Z_PIXMAP},
+                 screen_->root, std::int16_t{0}, std::int16_t{0}, place->width, place->height, ~0U);
     Picture picture{place->width, {}};
     if (image) {
         picture.pixels.resize(static_cast<std::size_t>(place->width) * place->height);
@@ -228,7 +219,7 @@ void XDesktop::click() const {
 }
 
 xcb_window_t XDesktop::focus() const {
-    return own(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr))->focus;
+    return X11::ask(connection_, xcb_get_input_focus, xcb_get_input_focus_reply)->focus;
 }
 
 void XDesktop::raise(xcb_window_t window) const {
@@ -267,7 +258,7 @@ void XDesktop::close(xcb_window_t window) const {
 int XDesktop::presses() {
     // A round trip, so that every event which the server has sent is here.
     focus();
-    while (const auto event = own(xcb_poll_for_event(connection_))) {
+    while (const auto event = X11::Owned<xcb_generic_event_t>{xcb_poll_for_event(connection_)}) {
         presses_ += (event->response_type & 0x7F) == XCB_BUTTON_PRESS ? 1 : 0;
     }
     return presses_;
