@@ -1,7 +1,7 @@
 #include "Agents/AgentModels.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace kippo {
 
@@ -95,17 +95,10 @@ TEST(Formatters, RoundAsPeopleRead) {
     EXPECT_EQ(tokens(999999), "1000.0K");
     EXPECT_EQ(tokens(1000000), "1.0M");
     const std::vector<std::pair<double, std::string>> durations{
-        {-5, "under a minute"},
-        {std::numeric_limits<double>::quiet_NaN(), "under a minute"},
-        {std::numeric_limits<double>::infinity(), "under a minute"},
-        {59.9, "under a minute"},
-        {60, "1 min"},
-        {3599, "59 min"},
-        {3600, "1 hr"},
-        {86399, "23 hr"},
-        {86400, "1 day"},
-        {172799, "1 day"},
-        {172800, "2 days"}};
+        {-5, "under a minute"},   {NAN, "under a minute"}, {INFINITY, "under a minute"},
+        {59.9, "under a minute"}, {60, "1 min"},           {3599, "59 min"},
+        {3600, "1 hr"},           {86399, "23 hr"},        {86400, "1 day"},
+        {172799, "1 day"},        {172800, "2 days"}};
     for (const auto& [seconds, text] : durations) {
         EXPECT_EQ(friendlyDuration(seconds), text) << seconds;
     }

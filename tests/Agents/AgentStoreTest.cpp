@@ -1,24 +1,31 @@
+#include "Agents/UsageSamples.h"
 #include "Fakes/AgentMachine.h"
+#include "Fakes/Each.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeScheduler.h"
 
 #include <deque>
-#include <fmt/chrono.h>
 #include <fmt/format.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace kippo {
 
 namespace {
 
-/// A queue whose work runs when the test says so.
+/// A queue that counts the pieces of work, and holds them where the test wants to run them itself.
 class HeldQueue final : public SerialQueue {
 public:
+    explicit HeldQueue(bool holds = true) : holds_(holds) {}
+
     void run(std::function<void()> work, std::function<void()> then) override {
+        ++pieces;
         waiting.push_back([work = std::move(work), then = std::move(then)] {
             work();
             then();
         });
+        if (!holds_) {
+            runAll();
+        }
     }
     void runAll() {
         while (!waiting.empty()) {
@@ -28,16 +35,10 @@ public:
         }
     }
     std::deque<std::function<void()>> waiting;
-};
-
-class CountingQueue final : public SerialQueue {
-public:
-    void run(std::function<void()> work, std::function<void()> then) override {
-        ++pieces;
-        work();
-        then();
-    }
     int pieces = 0;
+
+private:
+    bool holds_;
 };
 
 struct AgentStoreTest : testing::Test, AgentMachine {
@@ -60,12 +61,8 @@ struct AgentStoreTest : testing::Test, AgentMachine {
     }
 
     static std::string status(const AgentStore& store, const std::string& id = "s") {
-        for (const AgentSession& session : store.sessions()) {
-            if (session.id == id) {
-                return std::string{rawValue(session.status.value)};
-            }
-        }
-        return "none";
+        const auto found = std::ranges::find(store.sessions(), id, &AgentSession::id);
+        return found == store.sessions().end() ? "none" : std::string{rawValue(found->status.value)};
     }
 };
 
@@ -176,7 +173,7 @@ TEST_F(AgentStoreTest, StaysQuietWhileItLearnsWhatIsThere) {
 }
 
 TEST_F(AgentStoreTest, LooksLessOftenWhileNobodyLooks) {
-    CountingQueue counted;
+    HeldQueue counted{false};
     int& usageScans = counted.pieces;
     scans = &counted;
     const auto store = makeStore();
@@ -215,10 +212,9 @@ TEST_F(AgentStoreTest, TakesUpTheUsersChoicesAndKeepsThem) {
                        process(9, 1, 90, "claude")};
     int told = 0;
     const auto names = [](const AgentStore& store) {
-        std::vector<std::string> all;
-        for (const AgentSession& session : store.sessions()) {
-            all.push_back(session.customName.value_or(std::string{rawValue(session.kind)}));
-        }
+        auto all = each(store.sessions(), [](const AgentSession& session) {
+            return session.customName.value_or(std::string{rawValue(session.kind)});
+        });
         std::ranges::sort(all);
         return all;
     };
@@ -273,11 +269,7 @@ TEST_F(AgentStoreTest, ClearsWhatIsOverUntilThereIsNews) {
     event("Stop", R"(,"st":"error")", "failed");               // its process is not there
     scheduler.advance(Seconds{30});
     ASSERT_EQ(store->sessions().size(), 5U);
-    std::set<std::string> ids;
-    for (const AgentSession& session : store->clearable()) {
-        ids.insert(session.id);
-    }
-    EXPECT_EQ(ids, (std::set<std::string>{"done", "failed"}));
+    EXPECT_THAT(each(store->clearable(), &AgentSession::id), testing::UnorderedElementsAre("done", "failed"));
     store->clearFinishedAndOrphaned();
     EXPECT_TRUE(store->clearable().empty());
     EXPECT_EQ(store->sessions().size(), 3U);
@@ -386,15 +378,8 @@ TEST_F(AgentStoreTest, KnowsWhoIsConnectedFromTheFilesAlone) {
 }
 
 TEST_F(AgentStoreTest, ShowsTheListBeforeUsageIsCounted) {
-    const auto line = [this](const std::string& session, int tokens, const std::string& id) {
-        return fmt::format(
-            R"({{"type":"assistant","sessionId":"{}","cwd":"/p","timestamp":"{:%FT%TZ}","requestId":"{}",)"
-            R"("message":{{"id":"{}","model":"claude-opus-4-5","usage":{{"input_tokens":{},"output_tokens":0}}}}}})"
-            "\n",
-            session, std::chrono::floor<std::chrono::seconds>(scheduler.now()), id, id, tokens);
-    };
     const std::string transcript = home.path(".claude/projects/-p/s.jsonl");
-    home.write(transcript, line("s", 1000, "1"));
+    home.write(transcript, samples::Reply{.date = scheduler.now(), .session = "s"}.line());
     home.age(transcript, scheduler.now());
     event("UserPromptSubmit");
     HeldQueue slow;
@@ -409,8 +394,8 @@ TEST_F(AgentStoreTest, ShowsTheListBeforeUsageIsCounted) {
     scheduler.advance(Seconds{120});
     EXPECT_EQ(slow.waiting.size(), 1U) << "one scan at a time";
     slow.runAll();
-    EXPECT_EQ(store->usage().tokens, 1000);
-    EXPECT_EQ(store->sessions()[0].tokensToday, 1000);
+    EXPECT_EQ(store->usage().tokens, 10);
+    EXPECT_EQ(store->sessions()[0].tokensToday, 10);
     EXPECT_GT(store->sessions()[0].costToday, 0);
     EXPECT_TRUE(store->hasScannedLeftovers()) << "with the folders that usage tells of";
 
@@ -418,10 +403,10 @@ TEST_F(AgentStoreTest, ShowsTheListBeforeUsageIsCounted) {
     store->refreshUsage();
     slow.runAll();
     EXPECT_EQ(told, 0) << "nothing new";
-    home.append(transcript, line("s", 500, "2"));
+    home.append(transcript, samples::Reply{.id = "2", .date = scheduler.now(), .session = "s"}.line());
     store->refreshUsage();
     slow.runAll();
-    EXPECT_EQ(store->sessions()[0].tokensToday, 1500);
+    EXPECT_EQ(store->sessions()[0].tokensToday, 20);
     store->refreshUsage();
     store.reset();
     slow.runAll();
@@ -434,18 +419,9 @@ TEST_F(AgentStoreTest, MovesLeftoversToTheTrashAndBack) {
         runner.outputs["/usr/bin/du -sk " + folder] = std::string{kb} + "\t" + folder + "\n";
         trash.places.insert(folder);
     }
-    home.write("node_modules/x", ""); // of the home folder, which is no project
-    runner.outputs["/usr/bin/du -sk " + home.path("node_modules")] = "90000\t";
     event("UserPromptSubmit", fmt::format(R"(,"c":"{}")", home.path("p")));
-    event("UserPromptSubmit", fmt::format(R"(,"c":"{}")", home.path()), "b");
     const auto store = makeStore();
-    const auto paths = [&store] {
-        std::vector<std::string> all;
-        for (const Leftover& leftover : store->leftovers()) {
-            all.push_back(leftover.path);
-        }
-        return all;
-    };
+    const auto paths = [&store] { return each(store->leftovers(), &Leftover::path); };
     using Paths = std::vector<std::string>;
     store->start();
     EXPECT_FALSE(store->hasScannedLeftovers());

@@ -1,6 +1,9 @@
+#include "Agents/TranscriptSamples.h"
 #include "Fakes/AgentMachine.h"
 #include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeScheduler.h"
+#include "Fakes/TimeZone.h"
+#include "Support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -10,22 +13,11 @@ namespace {
 
 const std::string fixtures = KIPPO_FIXTURES;
 
-std::vector<std::string> linesOf(const std::string& path) {
-    std::ifstream file{path};
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
 /// One captured run of an agent in a private home: its hooks go through hook mode, its transcripts lie where it wrote
 /// them.
 struct Replay : AgentMachine {
     Replay(std::string agentName, std::string scenarioName)
         : agent(std::move(agentName)), scenario(std::move(scenarioName)) {
-        setenv("TZ", "UTC", 1); // the captured folders are named by the day
-        tzset();
         processes.table.push_back(process(2, 1, 9e4, "bash"));
     }
 
@@ -45,11 +37,16 @@ struct Replay : AgentMachine {
 
     /// Sends the first `count` captured events through hook mode, the last one at the end of the run.
     void sendHooks(std::size_t count) {
-        const auto lines = linesOf(fixtures + "/hooks/" + agent + "/" + scenario + ".jsonl");
+        const auto lines = samples::linesOf(fixtures + "/hooks/" + agent + "/" + scenario + ".jsonl");
         for (std::size_t i = 0; i < std::min(count, lines.size()); ++i) {
             const Seconds before{0.05 * static_cast<double>(std::min(count, lines.size()) - 1 - i)};
             const auto record = HookBridge::record(lines[i], agent, end - before);
             ASSERT_TRUE(record) << lines[i];
+            const auto event = HookBridge::parse(Text::trimmed(*record)).value_or(HookBridge::Event{});
+            EXPECT_TRUE(lines[i].contains("\"session_id\": \"" + event.session + "\"")) << lines[i];
+            EXPECT_TRUE(lines[i].contains("\"hook_event_name\": \"" + event.name + "\"")) << lines[i];
+            EXPECT_EQ(rawValue(event.judgedBy()), agent);
+            EXPECT_EQ(event.detail.has_value(), lines[i].contains("\"tool_input\"")) << lines[i];
             home.append(home.places().eventLog(), *record);
         }
     }
@@ -72,6 +69,7 @@ struct Replay : AgentMachine {
                session.sentence(true);
     }
 
+    TimeZone zone{"UTC"}; // the captured folders are named by the day
     std::string agent, scenario;
     /// Just after the captures were taken.
     Date end = dateFromUnix(1795226880);

@@ -86,7 +86,7 @@ TEST(ClaudeTranscript, FollowsATurnLineByLine) {
     EXPECT_FALSE(state.failure);
 }
 
-TEST(ClaudeTranscript, TellsRequestsFromOtherUserLines) {
+TEST(ClaudeTranscript, TellsByTheLastLineWhatWasAskedAndWhetherTheTurnGoesOn) {
     struct Row {
         std::string line;
         std::optional<std::string> prompt;
@@ -113,6 +113,10 @@ TEST(ClaudeTranscript, TellsRequestsFromOtherUserLines) {
              {line("user", 6, R"({"content":[{"type":"text","text":"[Request interrupted by user for tool use]"}]})"),
               before, "interrupted"},
              {line("user", 6, R"("text")"), before, "working+"},
+             {assistant(6, text("Hi"), toolUse), before, "working"},
+             {assistant(6, text("Hi"), "\"max_tokens\""), before, "working+"},
+             // While it is still being written, a reply that calls a tool cannot have ended the turn.
+             {assistant(6, tool("Read", "t", "x"), "null"), before, "working"},
          }) {
         const auto state = parse({user(1, "the request"), assistant(5, text("Ok."), endTurn), row.line});
         EXPECT_EQ(state.prompt, row.prompt) << row.line;
@@ -145,19 +149,6 @@ TEST(ClaudeTranscript, WaitingCallsNeedTheUserUntilTheyAreAnsweredOrDropped) {
         auto lines = asked;
         lines.push_back(next);
         EXPECT_EQ(phaseName(parse(lines)), phase) << next;
-    }
-}
-
-TEST(ClaudeTranscript, TheReasonToStopEndsATurn) {
-    const std::string callsTool = tool("Read", "t", "x");
-    for (const auto& [content, stop, phase] : std::vector<std::tuple<std::string, std::string, std::string>>{
-             {text("Hi"), toolUse, "working"},
-             {text("Hi"), endTurn, "working+"},
-             {text("Hi"), "\"max_tokens\"", "working+"},
-             {text("Hi"), "null", "working+"},
-             // While it is still being written, a reply that calls a tool cannot have ended the turn.
-             {callsTool, "null", "working"}}) {
-        EXPECT_EQ(phaseName(parse({user(1, "go"), assistant(2, content, stop)})), phase) << content << stop;
     }
 }
 

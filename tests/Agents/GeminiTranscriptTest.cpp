@@ -1,6 +1,5 @@
 #include "Agents/TranscriptSamples.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 
 namespace kippo {
@@ -41,16 +40,10 @@ State parse(const std::vector<std::string>& lines) {
 
 // A real terminal session, in which commands were approved, declined and stopped, requests were stopped and one failed.
 TEST(GeminiTranscript, FollowsASessionLineByLine) {
-    std::ifstream file{KIPPO_FIXTURES "/transcripts/gemini/tui-mishaps/work-gemini/chats/"
-                                      "session-2026-11-21T20-32-b4849d16.jsonl"};
+    const std::string chats = KIPPO_FIXTURES "/transcripts/gemini/tui-mishaps/work-gemini/chats/";
     std::vector<std::string> lines, seen;
-    for (std::string line; std::getline(file, line);) {
-        // Also as it looks while this line is being written.
-        auto half = lines;
-        half.push_back(line.substr(0, line.size() / 2));
-        EXPECT_EQ(samples::parse(TranscriptWatcher::parseGemini, half),
-                  samples::parse(TranscriptWatcher::parseGemini, lines));
-        lines.push_back(line);
+    for (const std::string& line : samples::linesOf(chats + "session-2026-11-21T20-32-b4849d16.jsonl")) {
+        samples::write(line, lines, TranscriptWatcher::parseGemini);
         const State state = parse(lines);
         const std::string words = phaseName(state) + " " + state.prompt.value_or("-").substr(0, 8) + " " +
                                   (state.failure ? *state.failure : "") +

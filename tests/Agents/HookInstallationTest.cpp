@@ -2,10 +2,10 @@
 
 #include "Fakes/FakeUserFiles.h"
 #include "Support/JsonTree.h"
+#include "Support/Text.h"
 
 #include <cstdlib>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 
@@ -116,16 +116,10 @@ TEST_F(HookInstallationTest, GivesTheOriginalBackByteForByte) {
         "[\r\n\t\t\t{\"hooks\": []},\r\n\t\t\t{\"hooks\": [{}, [\"--kippo-hook\"]]}\r\n\t\t]",
     };
     for (const auto agent : allHookAgents) {
-        std::vector<std::string> originals{"{}",
-                                           "{}\n",
-                                           "{\n}",
-                                           " {\r\n\r\n}\r\n",
-                                           "{\"hooks\":{}}",
-                                           "{\"a\":1}\n",
-                                           "{\n  \"hooks\": {\"x\": 1}\n}",
-                                           "{\n    \"a\": 1\n}\n",
-                                           "{ \"a\": 1,\n\"b\": {}\n}",
-                                           "{\"version\": 2,\n\"hooks\":\n{ \"Other\": \"text\" } }"};
+        std::vector<std::string> originals{"{}", "{}\n", "{\n}", " {\r\n\r\n}\r\n", "{\"hooks\":{}}", "{\"a\":1}\n"};
+        originals.insert(originals.end(),
+                         {"{\n  \"hooks\": {\"x\": 1}\n}", "{\n    \"a\": 1\n}\n", "{ \"a\": 1,\n\"b\": {}\n}",
+                          "{\"version\": 2,\n\"hooks\":\n{ \"Other\": \"text\" } }"});
         for (const auto& list : lists) {
             for (const std::string lineEnd : {"\n", "\r\n", "\r", ""}) {
                 originals.push_back(allLists(agent, list, lineEnd));
@@ -222,35 +216,17 @@ TEST_F(HookInstallationTest, UninstallTakesItsOwnListsAndLeavesTheUsers) {
 }
 
 TEST_F(HookInstallationTest, LeavesAloneWhatItCannotEdit) {
-    for (const std::string damage :
-         {"",
-          " \n",
-          "[]",
-          "null",
-          "\"{}\"",
-          "{\"a\": 1,}",
-          "{\"a\": [1,]}",
-          "// x\n{}",
-          "{\"a\": 1 /* x */}",
-          "\xEF\xBB\xBF{}",
-          "{} {}",
-          "{\"a\": \"\xFF\"}",
-          "{\"a\": 01}",
-          "{\"a\": .5}",
-          "{'a': 1}",
-          "{\"a\": \"\t\"}",
-          "{\"a\": NaN}",
-          "{\"hooks\": []}",
-          "{\"hooks\": null}",
-          "{\"hooks\": {\"Stop\": {}}}",
-          "{\"hooks\": {\"Stop\": null}}",
-          "{\"hooks\": {}, \"hooks\": {}}",
-          "{\"a\": 1, \"\\u0061\": 1}",
-          "{\"hooks\": {\"x\": 1, \"x\": 2}}",
-          "{\"hooks\": {\"Stop\": [{\"hooks\": [{\"command\": \"a\", \"command\": \"--kippo-hook\"}]}]}}",
-          "{\"a\": 1",
-          "\xFF\xFE{\0}\0"}) {
-        files.files = {{home.settingsFile(HookAgent::claude), damage}};
+    // One file between each two bars, then those that hold what a line cannot.
+    constexpr std::string_view onALine =
+        R"([]|null|"{}"|{"a": 1,}|{"a": [1,]}|{"a": 1 /* x */}|{} {}|{"a": 01}|{"a": .5}|{'a': 1}|{"a": NaN}|{"a": 1)"
+        R"(|{"hooks": []}|{"hooks": null}|{"hooks": {"Stop": {}}}|{"hooks": {"Stop": null}}|{"hooks": {}, "hooks": {}})"
+        R"(|{"a": 1, "\u0061": 1}|{"hooks": {"x": 1, "x": 2}})"
+        R"(|{"hooks": {"Stop": [{"hooks": [{"command": "a", "command": "--kippo-hook"}]}]}})";
+    auto damages = Text::split(onALine, '|');
+    damages.insert(damages.end(), {"", " \n", "// x\n{}", "\xEF\xBB\xBF{}", "{\"a\": \"\xFF\"}", "{\"a\": \"\t\"}",
+                                   std::string_view{"\xFF\xFE{\0}\0", 6}});
+    for (const std::string_view damage : damages) {
+        files.files = {{home.settingsFile(HookAgent::claude), std::string{damage}}};
         const auto outcome = HookBridge::install(home, HookAgent::claude, executable);
         ASSERT_FALSE(outcome) << damage;
         EXPECT_EQ(outcome.error().description(),

@@ -1,9 +1,9 @@
 #include "Agents/LeftoverScanner.h"
+#include "Fakes/Each.h"
 #include "Fakes/FakeProcessRunner.h"
 #include "Fakes/PrivateHome.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 
@@ -32,11 +32,7 @@ struct LeftoverScannerTest : testing::Test {
         runner.outputs[git(tree) + "status --porcelain=v2 --branch --untracked-files=normal"] = printed;
     }
     std::vector<std::string> scan(const std::set<std::string>& projects, const std::vector<std::string>& caches = {}) {
-        std::vector<std::string> paths;
-        for (const auto& leftover : LeftoverScanner::scan(projects, caches, runner)) {
-            paths.push_back(leftover.path);
-        }
-        return paths;
+        return each(LeftoverScanner::scan(projects, caches, runner), &Leftover::path);
     }
 
 private:

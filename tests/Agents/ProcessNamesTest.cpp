@@ -73,12 +73,8 @@ TEST(ProcessNames, TellsSessionsFromWhatOnlyNamesAnAgent) {
 }
 
 TEST(ProcessNames, NamesAProcessForPeople) {
-    struct Row {
-        std::string_view command;
-        std::string_view name;
-    };
-    for (const Row& row : {
-             Row{"node /home/dev/app/node_modules/.bin/next dev --port 3000", "next dev"},
+    for (const auto& [command, name] : {
+             std::pair{"node /home/dev/app/node_modules/.bin/next dev --port 3000", "next dev"},
              {"node --inspect /home/dev/app/server.js --watch", "server.js"},
              {"/usr/bin/python3 -m http.server 8000", "http.server"},
              {"python manage.py runserver", "manage.py runserver"},
@@ -95,7 +91,7 @@ TEST(ProcessNames, NamesAProcessForPeople) {
              {"node 12345678901234567890123456.js", "12345678901234567890123456.…"},
              {"node e\u030112345678901234567890123456789", "e\u030112345678901234567890123456…"},
          }) {
-        EXPECT_EQ(ProcInfo{.command = std::string{row.command}}.friendlyName(), row.name) << row.command;
+        EXPECT_EQ(ProcInfo{.command = command}.friendlyName(), name) << command;
     }
     EXPECT_EQ(ProcInfo{.command = "/usr/bin/Node x"}.executable(), "Node");
 }

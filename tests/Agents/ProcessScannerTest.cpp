@@ -1,9 +1,9 @@
 #include "Agents/ProcessScanner.h"
+#include "Agents/TranscriptSamples.h"
+#include "Fakes/Each.h"
 #include "Fakes/FakeProcessLister.h"
 
-#include <fstream>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 
@@ -17,30 +17,17 @@ ProcInfo proc(Pid pid, Pid ppid, std::string command, double uptime = 100) {
     return {.pid = pid, .ppid = ppid, .uptime = uptime, .command = std::move(command)};
 }
 
-std::vector<Pid> pids(const std::vector<ProcInfo>& procs) {
-    std::vector<Pid> list;
-    for (const auto& entry : procs) {
-        list.push_back(entry.pid);
-    }
-    return list;
-}
-
 /// The samples of a capture: each begins with a line of '#'.
 std::vector<std::vector<ProcInfo>> capture(const std::string& name) {
-    std::ifstream file{std::string{KIPPO_FIXTURES} + "/processes/" + name};
     std::vector<std::string> texts;
-    for (std::string line; std::getline(file, line);) {
+    for (const std::string& line : samples::linesOf(KIPPO_FIXTURES "/processes/" + name)) {
         if (line.starts_with("##")) {
             texts.emplace_back();
         } else if (!texts.empty()) {
             texts.back() += line + "\n";
         }
     }
-    std::vector<std::vector<ProcInfo>> samples;
-    for (const auto& text : texts) {
-        samples.push_back(ProcessScanner::parsePs(text));
-    }
-    return samples;
+    return each(texts, ProcessScanner::parsePs);
 }
 
 } // namespace
@@ -120,7 +107,7 @@ TEST_F(ProcessScannerTest, CyclesAndDeepTreesEnd) {
     const auto found = scan(table);
     EXPECT_THAT(found.agentRoots, ElementsAre(Pair(5, AgentKind::claude), Pair(7, AgentKind::codex),
                                               Pair(100, AgentKind::claude), Pair(141, AgentKind::gemini)));
-    EXPECT_THAT(pids(ProcessScanner::descendants(5, found)), ElementsAre(6));
+    EXPECT_THAT(each(ProcessScanner::descendants(5, found), &ProcInfo::pid), ElementsAre(6));
     EXPECT_EQ(ProcessScanner::descendants(100, found).size(), 42U);
 }
 
@@ -155,8 +142,8 @@ TEST_F(ProcessScannerTest, WhatWasLeftBehind) {
     }
     // In a container an agent may be process 1; its servers are at work.
     EXPECT_THAT(scan({proc(1, 0, "claude"), proc(40, 1, "node mcp.js")}).detached, IsEmpty());
-    EXPECT_THAT(pids(scan({proc(1, 0, "/sbin/init"), proc(40, 1, "npm run dev"), proc(41, 40, "node vite")}).detached),
-                ElementsAre(40));
+    const auto left = scan({proc(1, 0, "/sbin/init"), proc(40, 1, "npm run dev"), proc(41, 40, "node vite")}).detached;
+    EXPECT_THAT(each(left, &ProcInfo::pid), ElementsAre(40));
 }
 
 TEST_F(ProcessScannerTest, AsksOnlyForThePidsThatMatter) {
@@ -183,7 +170,7 @@ TEST_F(ProcessScannerTest, KnowsTheDesktopApp) {
 TEST_F(ProcessScannerTest, StopsATreeFromItsLeaves) {
     const auto found = scan({proc(10, 1, "npm run dev"), proc(11, 10, "node a"), proc(12, 10, "node b"),
                              proc(13, 11, "esbuild"), proc(14, 99, "other")});
-    EXPECT_THAT(pids(ProcessScanner::descendants(10, found)), ElementsAre(12, 11, 13));
+    EXPECT_THAT(each(ProcessScanner::descendants(10, found), &ProcInfo::pid), ElementsAre(12, 11, 13));
     EXPECT_TRUE(ProcessScanner::terminate(lister, 10, &found));
     EXPECT_THAT(lister.terminated, ElementsAre(13, 11, 12, 10));
     lister.terminated.clear();

@@ -1,4 +1,5 @@
 #include "Agents/SessionMerge.h"
+#include "Fakes/Each.h"
 
 #include <algorithm>
 #include <functional>
@@ -94,33 +95,31 @@ struct World {
                                     .clearedAt = clearedAt},
                                    memory);
     }
+    /// The process of each session; 0 for none.
+    std::map<std::string, Pid> pids(double when) {
+        std::map<std::string, Pid> found;
+        for (const AgentSession& session : merge(when).sessions) {
+            found[session.id] = session.rootPID.value_or(0);
+        }
+        return found;
+    }
 
 private:
     std::map<Pid, double> starts_;
 };
 
-HookBridge::Event tool(const std::string& name) {
-    HookBridge::Event event;
-    event.tool = name;
+using Event = HookBridge::Event;
+using Pids = std::map<std::string, Pid>;
+
+Event with(std::optional<std::string> Event::* member, const std::string& text, Event event = {}) {
+    event.*member = text;
     return event;
 }
-
-HookBridge::Event from(const std::string& agent, HookBridge::Event event = {}) {
-    event.source = agent;
-    return event;
-}
-
-HookBridge::Event notification(const std::string& kind, const std::string& message) {
-    HookBridge::Event event;
-    event.kind = kind;
-    event.message = message;
-    return event;
-}
-
-HookBridge::Event reply(const std::string& text) {
-    HookBridge::Event event;
-    event.reply = text;
-    return event;
+Event tool(const std::string& name) { return with(&Event::tool, name); }
+Event reply(const std::string& text) { return with(&Event::reply, text); }
+Event from(const std::string& agent, Event event = {}) { return with(&Event::source, agent, std::move(event)); }
+Event notification(const std::string& kind, const std::string& message) {
+    return with(&Event::kind, kind, with(&Event::message, message));
 }
 
 std::string describe(const AgentStatus& status) {
@@ -312,9 +311,7 @@ TEST(SessionMerge, MakesOneRowOfHookTranscriptAndProcess) {
     w.root(10, -5);
     w.process(11, -4, "node server.js", 10).cpu = 7;
     w.snapshot.ports[11] = {5173, 3000};
-    HookBridge::Event prompt;
-    prompt.prompt = "Fix  the\nbug";
-    w.hook(0, "UserPromptSubmit", prompt);
+    w.hook(0, "UserPromptSubmit", with(&Event::prompt, "Fix  the\nbug"));
     w.transcript(1, {working, {}}).entrypoint = "cli";
     const auto output = w.merge(2);
     ASSERT_EQ(output.sessions.size(), 1U);
@@ -336,23 +333,16 @@ TEST(SessionMerge, KeepsTwoSessionsInOneFolderApart) {
     const auto codex = from("codex");
     w.hook(1, "SessionStart", codex, "first");
     w.hook(51, "SessionStart", codex, "second");
-    const auto pids = [&w](double when) {
-        std::map<std::string, Pid> found;
-        for (const AgentSession& session : w.merge(when).sessions) {
-            found[session.id] = session.rootPID.value_or(0);
-        }
-        return found;
-    };
-    const std::map<std::string, Pid> expected{{"first", 10}, {"second", 20}};
-    EXPECT_EQ(pids(52), expected);
+    const Pids expected{{"first", 10}, {"second", 20}};
+    EXPECT_EQ(w.pids(52), expected);
     // Whoever speaks last, the processes stay where they are.
     w.hook(60, "UserPromptSubmit", codex, "first");
-    EXPECT_EQ(pids(61), expected);
+    EXPECT_EQ(w.pids(61), expected);
     // A third session in the first one's process: the one that was silent longest has lost it.
     w.hook(70, "UserPromptSubmit", codex, "second");
     w.hook(80, "SessionStart", codex, "third");
     w.hook(81, "UserPromptSubmit", codex, "third");
-    EXPECT_EQ(pids(82), (std::map<std::string, Pid>{{"first", 0}, {"second", 20}, {"third", 10}}));
+    EXPECT_EQ(w.pids(82), (Pids{{"first", 0}, {"second", 20}, {"third", 10}}));
 }
 
 // Found long after they began: what they do now tells nothing of which is which, when they began does.
@@ -365,12 +355,7 @@ TEST(SessionMerge, MatchesByTheBeginningThatATranscriptTells) {
         state.agent = AgentKind::gemini;
         state.startedAt = World::at(began);
     }
-    const auto pid = [&w](const std::string& id, double when) {
-        const auto sessions = w.merge(when).sessions;
-        return std::ranges::find(sessions, id, &AgentSession::id)->rootPID;
-    };
-    EXPECT_EQ(pid("first", 6), 10);
-    EXPECT_EQ(pid("second", 6), 20);
+    EXPECT_EQ(w.pids(6), (Pids{{"first", 10}, {"second", 20}}));
 }
 
 TEST(SessionMerge, LetsTheProcessOfAnEndedSessionLeave) {
@@ -391,17 +376,11 @@ TEST(SessionMerge, TiesByTheRegistryWhateverTheFolder) {
     w.hook(3, "UserPromptSubmit", {}, "b");
     w.registered(3, Registry::busy, 20, "a");
     w.registered(3, Registry::busy, 10, "b");
-    for (const AgentSession& session : w.merge(5).sessions) {
-        EXPECT_EQ(session.rootPID, session.id == "a" ? 20 : 10);
-    }
+    EXPECT_EQ(w.pids(5), (Pids{{"a", 20}, {"b", 10}}));
     // After /clear the process goes on under a new id; the old session is over.
     w.hook(6, "SessionEnd", {}, "a");
     w.hook(7, "UserPromptSubmit", {}, "c");
-    for (const AgentSession& session : w.merge(9).sessions) {
-        EXPECT_EQ(session.rootPID, session.id == "c"   ? std::optional{20}
-                                   : session.id == "b" ? std::optional{10}
-                                                       : std::nullopt);
-    }
+    EXPECT_EQ(w.pids(9), (Pids{{"a", 0}, {"b", 10}, {"c", 20}}));
 }
 
 TEST(SessionMerge, ShowsAgentsOfWhichOnlyTheProcessIsKnown) {
@@ -469,16 +448,10 @@ TEST(SessionMerge, OrdersByWhatMattersAndStaysCalm) {
     w.hook(20, "Stop", {}, "d2");
     w.hook(5, "PermissionRequest", tool("Bash"), "n1");
     w.hook(6, "PermissionRequest", tool("Edit"), "n2");
-    const auto order = [&w](double when) {
-        std::string ids;
-        for (const AgentSession& session : w.merge(when).sessions) {
-            ids += session.id + " ";
-        }
-        return ids;
-    };
-    EXPECT_EQ(order(21), "n2 n1 w2 w1 d2 d1 ");
+    const std::vector<std::string> order{"n2", "n1", "w2", "w1", "d2", "d1"};
+    EXPECT_EQ(each(w.merge(21).sessions, &AgentSession::id), order);
     w.hook(25, "PreToolUse", tool("Read"), "w1");
-    EXPECT_EQ(order(26), "n2 n1 w2 w1 d2 d1 ");
+    EXPECT_EQ(each(w.merge(26).sessions, &AgentSession::id), order);
 }
 
 TEST(SessionMerge, NamesTheAgentByItsTranscriptThenByTheHook) {

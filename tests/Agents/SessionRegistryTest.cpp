@@ -1,7 +1,8 @@
 #include "Agents/SessionRegistry.h"
+#include "Agents/TranscriptSamples.h"
+#include "Fakes/Each.h"
 #include "Fakes/PrivateHome.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace kippo {
@@ -12,18 +13,11 @@ std::string entry(int pid, const std::string& more = "") {
     return R"({"pid":)" + std::to_string(pid) + R"(,"sessionId":"s)" + std::to_string(pid) + "\"" + more + "}";
 }
 
-std::vector<Pid> pids(const std::vector<RegistryEntry>& entries) {
-    std::vector<Pid> all(entries.size());
-    std::ranges::transform(entries, all.begin(), &RegistryEntry::pid);
-    return all;
-}
-
 } // namespace
 
 TEST(SessionRegistry, ReadsWhatClaudeCodeWrites) {
-    std::ifstream lines{KIPPO_FIXTURES "/claude-sessions.jsonl"};
     std::vector<RegistryEntry> entries;
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string& line : samples::linesOf(KIPPO_FIXTURES "/claude-sessions.jsonl")) {
         ASSERT_TRUE(SessionRegistry::parse(line));
         entries.push_back(*SessionRegistry::parse(line));
     }
@@ -67,15 +61,15 @@ TEST(SessionRegistry, FollowsTheFolder) {
     home.write(".claude/sessions/8.json/inner", "");
     ASSERT_EQ(::mkfifo(home.path(".claude/sessions/9.json").c_str(), 0600), 0);
     SessionRegistryReader reader{home.path()};
-    EXPECT_EQ(pids(reader.poll()), (std::vector<Pid>{3, 20}));
-    EXPECT_EQ(pids(reader.poll()), (std::vector<Pid>{3, 20}));
+    EXPECT_EQ(each(reader.poll(), &RegistryEntry::pid), (std::vector<Pid>{3, 20}));
+    EXPECT_EQ(each(reader.poll(), &RegistryEntry::pid), (std::vector<Pid>{3, 20}));
 
     // The same length and, on many file systems, the same date.
     home.write(".claude/sessions/20.json", entry(20, R"(,"status":"busy")"));
     home.write(".claude/sessions/4.json", entry(4));
     std::filesystem::remove(home.path(".claude/sessions/3.json"));
     const auto entries = reader.poll();
-    EXPECT_EQ(pids(entries), (std::vector<Pid>{4, 20}));
+    EXPECT_EQ(each(entries, &RegistryEntry::pid), (std::vector<Pid>{4, 20}));
     EXPECT_EQ(entries.back().status, RegistryEntry::Status::busy);
     EXPECT_EQ(SessionRegistry::read(home.path()), entries);
 }

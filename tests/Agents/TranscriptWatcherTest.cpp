@@ -1,7 +1,9 @@
 #include "Agents/TranscriptWatcher.h"
 
 #include "Agents/TranscriptSamples.h"
+#include "Fakes/Each.h"
 #include "Fakes/PrivateHome.h"
+#include "Fakes/TimeZone.h"
 
 #include <algorithm>
 #include <array>
@@ -45,10 +47,7 @@ struct TranscriptWatcherTest : testing::Test {
     }
     /// The phases of all sessions, sorted.
     std::vector<std::string> phases(Date now) {
-        std::vector<std::string> all;
-        for (const auto& state : watcher.poll(now)) {
-            all.push_back(phaseName(state));
-        }
+        auto all = each(watcher.poll(now), phaseName);
         std::ranges::sort(all);
         return all;
     }
@@ -214,10 +213,7 @@ TEST_F(TranscriptWatcherTest, CodexFoldersAreLocalDays) {
         home.write(".codex/sessions/" + day + "/" + name, line);
         home.age(".codex/sessions/" + day + "/" + name, modified);
     };
-    const char* const before = std::getenv("TZ");
-    const std::string zone = before ? before : "";
-    ::setenv("TZ", "Europe/Berlin", 1);
-    ::tzset();
+    const TimeZone zone{"Europe/Berlin"};
     // 2026-10-25 has 25 hours there; this is its 23:50, and then the next day's 00:10.
     const Date late = dateFromUnix(1792968600);
     for (const auto* day : {"2026/10/24", "2026/10/25", "2026/10/26", "2026/10/23"}) {
@@ -229,8 +225,6 @@ TEST_F(TranscriptWatcherTest, CodexFoldersAreLocalDays) {
     watcher.discoverSoon();
     EXPECT_EQ(phases(late + 1200s).size(), 2U) << "yesterday's are followed past midnight";
     EXPECT_EQ(watcher.watchedPaths().front(), home.path(".codex/sessions/2026/10/25/rollout-1.jsonl"));
-    before ? ::setenv("TZ", zone.c_str(), 1) : ::unsetenv("TZ");
-    ::tzset();
 }
 
 TEST_F(TranscriptWatcherTest, ALongCodexSessionKeepsItsName) {
@@ -304,15 +298,10 @@ TEST(TranscriptReplay, EveryPrefixOfACaptureMakesSense) {
         SCOPED_TRACE(entry.path());
         const bool codex = entry.path().filename().string().starts_with("rollout");
         const auto parser = codex ? TranscriptWatcher::parseCodex : TranscriptWatcher::parseClaude;
-        std::ifstream file{entry.path()};
         std::vector<std::string> lines;
         int running = 0;
-        for (std::string line; std::getline(file, line);) {
-            // Also as it looks while this line is being written.
-            auto half = lines;
-            half.push_back(line.substr(0, line.size() / 2));
-            EXPECT_EQ(samples::parse(parser, half), samples::parse(parser, lines)) << line;
-            lines.push_back(line);
+        for (const std::string& line : samples::linesOf(entry.path())) {
+            samples::write(line, lines, parser);
             const auto state = samples::parse(parser, lines);
             ASSERT_TRUE(state);
             running += line.contains(R"("type":"tool_use")") || line.contains(R"("type":"function_call",)");

@@ -3,14 +3,15 @@
 #include "Agents/Pricing.h"
 #include "Agents/UsageFiles.h"
 #include "Agents/UsageLine.h"
+#include "Agents/UsageSamples.h"
+#include "Fakes/Each.h"
 #include "Fakes/PrivateHome.h"
+#include "Fakes/TimeZone.h"
 #include "Support/LocalTime.h"
 
 #include <bit>
-#include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <string>
 #include <sys/stat.h>
 #include <thread>
 
@@ -19,55 +20,15 @@ namespace kippo {
 namespace {
 
 using namespace std::chrono_literals;
+using samples::Reply;
 
 const std::string project = ".claude/projects/-home-dev-app/";
 const std::string session = project + "s1.jsonl";
-/// 2026-11-21 02:10:00 UTC.
+/// 2026-11-21 02:10:00 UTC, a minute after the replies.
 constexpr Date now = dateFromUnix(1795227000);
 
-/// The zone for one test.
-struct Zone {
-    explicit Zone(const char* name) {
-        setenv("TZ", name, 1);
-        tzset();
-    }
-    ~Zone() {
-        unsetenv("TZ");
-        tzset();
-    }
-    Zone(const Zone&) = delete;
-    Zone& operator=(const Zone&) = delete;
-};
-
-std::string stamp(Date date) {
-    const auto seconds = static_cast<std::time_t>(unixSeconds(date));
-    std::tm utc{};
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", gmtime_r(&seconds, &utc));
-    return std::string{text} + ".250Z";
-}
-
-struct Reply {
-    std::string id = "m1";
-    Date date = now - 60s;
-    std::string model = "claude-opus-4-5-20251101";
-    std::string session = "s1";
-    std::string cwd = "/home/dev/app";
-    std::string request = "r1";
-    std::string content = "[]";
-
-    /// 10 tokens in all: 1 in, 2 out, 3 written to the cache, 4 read from it.
-    std::string line() const {
-        return R"({"parentUuid":null,"message":{"id":")" + id + R"(","model":")" + model + R"(","content":)" + content +
-               R"(,"usage":{"input_tokens":1,"output_tokens":2,"cache_creation_input_tokens":3,)"
-               R"("cache_read_input_tokens":4,"cache_creation":{"ephemeral_5m_input_tokens":3}}},"requestId":")" +
-               request + R"(","type":"assistant","timestamp":")" + stamp(date) + R"(","cwd":")" + cwd +
-               R"(","sessionId":")" + session + "\"}\n";
-    }
-};
-
 struct UsageScannerTest : testing::Test {
-    Zone zone{"UTC"};
+    TimeZone zone{"UTC"};
     PrivateHome home;
     UsageScanner scanner{home.path()};
 
@@ -98,22 +59,6 @@ TEST(Pricing, FirstMatchingRowWins) {
     EXPECT_EQ(price("gpt-9"), price("sonnet-4"));
     EXPECT_EQ(std::bit_cast<std::uint64_t>(price("").cacheRead), 0x3FD3333333333334U);
     EXPECT_EQ(std::bit_cast<std::uint64_t>(price("haiku").cacheRead), 0x3FB47AE147AE147CU);
-}
-
-TEST(LocalDay, IsRightWhereClocksChange) {
-    // What follows the zone: a moment, a day from there, and its first moment, in UTC.
-    const auto start = [](const char* zone, double moment, int offset) {
-        const Zone local{zone};
-        return unixSeconds(startOfLocalDay(dateFromUnix(moment), offset));
-    };
-    // Berlin, 2026-10-25, a day of 25 hours, and 2026-03-29, one of 23.
-    EXPECT_EQ(start("Europe/Berlin", 1792960000, 0), 1792879200);
-    EXPECT_EQ(start("Europe/Berlin", 1792960000, 1), 1792879200 + 25 * 3600);
-    EXPECT_EQ(start("Europe/Berlin", 1774821600, -1), 1774738800);
-    EXPECT_EQ(start("Europe/Berlin", 1774821600, 0), 1774738800 + 23 * 3600);
-    // Beirut, 2026-03-29, begins at one o'clock; Havana, 2026-11-01, has its midnight twice.
-    EXPECT_EQ(start("Asia/Beirut", 1774774800, 0), 1774735200);
-    EXPECT_EQ(start("America/Havana", 1793550000, 0), 1793505600);
 }
 
 TEST_F(UsageScannerTest, CountsAMessageOnceHoweverOftenItIsWritten) {
@@ -154,8 +99,8 @@ TEST_F(UsageScannerTest, SkipsWhatRecordsNothing) {
     };
     add(session, with("assistant", "user") + with("\"message\"", "\"massage\"") +
                      with("usage\":{", "usage\":[]},\"x\":{") + with("timestamp", "time") +
-                     with(stamp(now - 60s), "yesterday") + with("null", "nil") + "\n\"usage\"\n{\"usage\":\n" +
-                     good.substr(0, 40) + "\n" + std::string(300000, 'x') + "\n");
+                     with(Reply::stamp(Reply{}.date), "yesterday") + with("null", "nil") +
+                     "\n\"usage\"\n{\"usage\":\n" + good.substr(0, 40) + "\n" + std::string(300000, 'x') + "\n");
     EXPECT_EQ(scanner.refresh(now), UsageScanner::Report{});
     // What is missing counts nothing; without a name for session or message there is the file's, and the line itself.
     const std::string bare = R"({"type":"assistant","timestamp":"2026-11-21T02:00:00Z","message":{"usage":)";
@@ -169,7 +114,7 @@ TEST_F(UsageScannerTest, SkipsWhatRecordsNothing) {
 }
 
 TEST_F(UsageScannerTest, SortsByLocalDayAndByTheLastFiveHours) {
-    const Zone berlin{"Europe/Berlin"};
+    const TimeZone berlin{"Europe/Berlin"};
     const Date midnight = startOfLocalDay(now);
     const auto at = [&](const char* id, Date date) { add({.id = id, .date = date}); };
     at("a", midnight + 1s);
@@ -180,11 +125,7 @@ TEST_F(UsageScannerTest, SortsByLocalDayAndByTheLastFiveHours) {
     at("f", startOfLocalDay(now, -6) - 1s);
     at("g", now + 48h); // a clock was wrong
     const auto report = scanner.refresh(now);
-    std::vector<std::int64_t> bars;
-    for (const auto& day : report.week) {
-        bars.push_back(day.tokens);
-    }
-    EXPECT_EQ(bars, (std::vector<std::int64_t>{10, 0, 0, 0, 0, 30, 20}));
+    EXPECT_EQ(each(report.week, &UsageScanner::Totals::tokens), (std::vector<std::int64_t>{10, 0, 0, 0, 0, 30, 20}));
     EXPECT_EQ(report.today.tokens, 20);
     EXPECT_EQ(report.fiveHours.tokens, 40);
 

@@ -2,7 +2,6 @@
 #include "Platform/Linux/SessionBus.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <future>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <unistd.h>

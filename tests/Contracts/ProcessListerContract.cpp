@@ -9,7 +9,6 @@
 #include <array>
 #include <csignal>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
 #include <netinet/in.h>
 #include <sys/prctl.h>
@@ -24,6 +23,32 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
+
+/// A socket that is bound to a port of the loopback, 0 for any that is free.
+int bound(int family, int port) {
+    const int socket = ::socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int yes = 1;
+    setsockopt(socket, IPPROTO_IPV6, IPV6_V6ONLY, &yes, sizeof yes); // of no effect on the other family
+    sockaddr_in old{
+        .sin_family = AF_INET, .sin_port = htons(static_cast<std::uint16_t>(port)), .sin_addr = {}, .sin_zero = {}};
+    old.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in6 current{.sin6_family = AF_INET6,
+                         .sin6_port = old.sin_port,
+                         .sin6_flowinfo = 0,
+                         .sin6_addr = in6addr_loopback,
+                         .sin6_scope_id = 0};
+    const bool isOld = family == AF_INET;
+    static_cast<void>(bind(socket, isOld ? reinterpret_cast<sockaddr*>(&old) : reinterpret_cast<sockaddr*>(&current),
+                           isOld ? sizeof old : sizeof current));
+    return socket;
+}
+
+int portOf(int socket) {
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length);
+    return ntohs(address.sin_port);
+}
 
 /// A real process in a folder of its own that listens on a loopback port and has one child. It says when it is ready.
 class Subject {
@@ -73,36 +98,24 @@ private:
         for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
             dup2(nowhere, standard);
         }
-        Facts facts;
-        const int first = listener(AF_INET, 0);
-        sockaddr_in address{};
-        socklen_t length = sizeof address;
-        getsockname(first, reinterpret_cast<sockaddr*>(&address), &length);
-        facts.port = ntohs(address.sin_port);
-        // The same port on the other family, as servers do: one port for whoever looks.
-        listener(AF_INET6, facts.port);
         if (chdir(home_.path().c_str()) != 0) {
             _exit(1);
         }
         const Pid self = getpid();
-        facts.child = fork();
+        Facts facts;
+        facts.child = fork(); // before there are sockets that it would hold
         if (facts.child == 0) {
-            for (int descriptor = 3; descriptor < 64; ++descriptor) {
-                if (descriptor != ready) {
-                    close(descriptor);
-                }
-            }
             // Only once it is sure to end with its parent may anyone go on, or it could be left running for ever.
             prctl(PR_SET_PDEATHSIG, SIGKILL);
-            facts.child = getpid();
-            const bool told = getppid() == self && write(ready, &facts, sizeof facts) == sizeof facts;
-            close(ready);
-            if (!told) {
-                _exit(1);
-            }
-            for (;;) {
-                pause();
-            }
+            raise(getppid() == self ? SIGSTOP : SIGKILL);
+        } else {
+            waitpid(facts.child, nullptr, WUNTRACED);
+            const int first = bound(AF_INET, 0);
+            listen(first, 1);
+            facts.port = portOf(first);
+            // The same port on the other family, as servers do: one port for whoever looks.
+            listen(bound(AF_INET6, facts.port), 1);
+            static_cast<void>(write(ready, &facts, sizeof facts));
         }
         close(ready);
         for (;;) {
@@ -110,42 +123,11 @@ private:
         }
     }
 
-    /// Listens on a port of the loopback, 0 for any that is free; gives the socket.
-    static int listener(int family, int port) {
-        const int socket = ::socket(family, SOCK_STREAM, 0);
-        const int yes = 1;
-        setsockopt(socket, IPPROTO_IPV6, IPV6_V6ONLY, &yes, sizeof yes); // of no effect on the other family
-        sockaddr_in old{
-            .sin_family = AF_INET, .sin_port = htons(static_cast<std::uint16_t>(port)), .sin_addr = {}, .sin_zero = {}};
-        old.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        sockaddr_in6 current{.sin6_family = AF_INET6,
-                             .sin6_port = old.sin_port,
-                             .sin6_flowinfo = 0,
-                             .sin6_addr = in6addr_loopback,
-                             .sin6_scope_id = 0};
-        const bool isOld = family == AF_INET;
-        static_cast<void>(bind(socket,
-                               isOld ? reinterpret_cast<sockaddr*>(&old) : reinterpret_cast<sockaddr*>(&current),
-                               isOld ? sizeof old : sizeof current));
-        listen(socket, 1);
-        return socket;
-    }
-
     PrivateHome home_;
     Pid pid_ = 0;
     Facts facts_;
     bool ended_ = false;
 };
-
-std::unique_ptr<ProcessLister> makeFake(const Subject& subject) {
-    auto lister = std::make_unique<FakeProcessLister>();
-    lister->table = {{.pid = getpid(), .ppid = getppid(), .rssKB = 1, .command = "tests"},
-                     {.pid = subject.pid(), .ppid = getpid(), .rssKB = 1, .command = "tests"},
-                     {.pid = subject.child(), .ppid = subject.pid(), .rssKB = 1, .command = "tests"}};
-    lister->ports = {{subject.pid(), {subject.port()}}};
-    lister->cwds = {{subject.pid(), subject.folder()}};
-    return lister;
-}
 
 const ProcInfo* find(const std::vector<ProcInfo>& rows, Pid pid) {
     const auto row = std::ranges::find(rows, pid, &ProcInfo::pid);
@@ -157,7 +139,16 @@ std::unique_ptr<ProcessLister> makeLister(std::string_view name, const Subject& 
     if (name == "proc") {
         return std::make_unique<ProcProcessLister>();
     }
-    return name == "command" ? std::make_unique<CommandProcessLister>(runner) : makeFake(subject);
+    if (name == "command") {
+        return std::make_unique<CommandProcessLister>(runner);
+    }
+    auto lister = std::make_unique<FakeProcessLister>();
+    lister->table = {{.pid = getpid(), .ppid = getppid(), .rssKB = 1, .command = "tests"},
+                     {.pid = subject.pid(), .ppid = getpid(), .rssKB = 1, .command = "tests"},
+                     {.pid = subject.child(), .ppid = subject.pid(), .rssKB = 1, .command = "tests"}};
+    lister->ports = {{subject.pid(), {subject.port()}}};
+    lister->cwds = {{subject.pid(), subject.folder()}};
+    return lister;
 }
 
 } // namespace
@@ -262,14 +253,8 @@ TEST(ProcProcessLister, SeesListenersComeAndGo) {
         return lister.listeningPorts(wanted)[getpid()];
     };
     const auto before = listAgain();
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    socklen_t length = sizeof address;
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ASSERT_EQ(bind(socket, reinterpret_cast<sockaddr*>(&address), length), 0);
-    getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length);
-    const int port = ntohs(address.sin_port);
+    const int socket = bound(AF_INET, 0);
+    const int port = portOf(socket);
     EXPECT_EQ(listAgain(), before) << "bound is not listening";
     ASSERT_EQ(listen(socket, 1), 0);
     EXPECT_THAT(listAgain(), testing::Contains(port));

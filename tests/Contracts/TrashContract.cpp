@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>

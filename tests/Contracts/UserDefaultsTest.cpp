@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -47,6 +46,11 @@ void keepsWhatItIsGiven(UserDefaults& defaults) {
     EXPECT_EQ(calls, static_cast<int>(oneOfEach.size()) + 1);
 }
 
+struct JsonUserDefaultsTest : testing::Test {
+    PrivateHome folder;
+    std::string file = folder.path("defaults.json");
+};
+
 } // namespace
 
 TEST(UserDefaultsContract, InMemoryAndInAFile) {
@@ -57,9 +61,7 @@ TEST(UserDefaultsContract, InMemoryAndInAFile) {
     keepsWhatItIsGiven(real);
 }
 
-TEST(JsonUserDefaults, ReadsBackWhatItWroteAndKeepsTheRest) {
-    const PrivateHome folder;
-    const std::string file = folder.path() + "/defaults.json";
+TEST_F(JsonUserDefaultsTest, ReadsBackWhatItWroteAndKeepsTheRest) {
     folder.write(file, R"({"future": {"nested": [1, {"x": null}]}, "mixed": [1, "a"], "flag": false, "big": 1e300})");
     fs::permissions(file, fs::perms{0640});
     {
@@ -85,9 +87,7 @@ TEST(JsonUserDefaults, ReadsBackWhatItWroteAndKeepsTheRest) {
     EXPECT_EQ(std::distance(fs::directory_iterator{folder.path()}, {}), 1) << "no temporary file stays";
 }
 
-TEST(JsonUserDefaults, TakesOverWhatTheUserEdits) {
-    const PrivateHome folder;
-    const std::string file = folder.path() + "/defaults.json";
+TEST_F(JsonUserDefaultsTest, TakesOverWhatTheUserEdits) {
     JsonUserDefaults defaults{file};
     defaults.set("a", std::int64_t{1});
     EXPECT_EQ(fs::status(file).permissions(), fs::perms{0600});
@@ -109,12 +109,11 @@ TEST(JsonUserDefaults, TakesOverWhatTheUserEdits) {
     EXPECT_EQ(JsonUserDefaults{file}.get<std::int64_t>("a"), 3) << "a deleted file is written again";
 }
 
-TEST(JsonUserDefaults, NeverLosesAFileThatItCannotRead) {
+TEST_F(JsonUserDefaultsTest, NeverLosesAFileThatItCannotRead) {
     for (const std::string& damage :
          {std::string{"{\"a\": 1,"}, std::string{"[1]"}, std::string{"{\"a\": \"\xFF\"}"}, std::string(100000, '['),
           "{\"a\":" + std::string(100, '[') + std::string(100, ']') + "}"}) {
-        const PrivateHome folder;
-        const std::string file = folder.path() + "/defaults.json";
+        file += "+"; // another one for each damage
         folder.write(file, R"({"a": 1})");
         JsonUserDefaults defaults{file};
         folder.write(file, damage);
@@ -131,9 +130,7 @@ TEST(JsonUserDefaults, NeverLosesAFileThatItCannotRead) {
     }
 }
 
-TEST(JsonUserDefaults, TwoProcessesLoseNoneOfEachOthersKeys) {
-    const PrivateHome folder;
-    const std::string file = folder.path() + "/defaults.json";
+TEST_F(JsonUserDefaultsTest, TwoProcessesLoseNoneOfEachOthersKeys) {
     constexpr int keys = 200;
     const auto fill = [&](const std::string& who) {
         JsonUserDefaults defaults{file};
@@ -156,9 +153,7 @@ TEST(JsonUserDefaults, TwoProcessesLoseNoneOfEachOthersKeys) {
     }
 }
 
-TEST(JsonUserDefaults, AWriteThatFailedIsMadeUpForWithoutUndoingAnEdit) {
-    const PrivateHome folder;
-    const std::string file = folder.path() + "/defaults.json";
+TEST_F(JsonUserDefaultsTest, AWriteThatFailedIsMadeUpForWithoutUndoingAnEdit) {
     folder.write(file, R"({"a": 1})");
     JsonUserDefaults defaults{file};
     fs::permissions(file, fs::perms{0400}); // nobody may write to it
@@ -173,9 +168,7 @@ TEST(JsonUserDefaults, AWriteThatFailedIsMadeUpForWithoutUndoingAnEdit) {
     EXPECT_TRUE(again.get<bool>("b") && again.get<bool>("c"));
 }
 
-TEST(JsonUserDefaults, TellsOnceOfADamagedFile) {
-    const PrivateHome folder;
-    const std::string file = folder.path() + "/defaults.json";
+TEST_F(JsonUserDefaultsTest, TellsOnceOfADamagedFile) {
     folder.write(file, "{\n  \"a\": 1,\n  oops\n}");
     std::vector<std::string> told;
     JsonUserDefaults defaults{file};
@@ -192,25 +185,21 @@ TEST(JsonUserDefaults, TellsOnceOfADamagedFile) {
     EXPECT_THAT(told.back(), testing::HasSubstr("those it had"));
 }
 
-TEST(JsonUserDefaults, WritesThroughALink) {
-    const PrivateHome folder;
-    fs::create_directory(folder.path() + "/dotfiles");
-    const std::string real = folder.path() + "/dotfiles/kippo.json";
-    const std::string link = folder.path() + "/defaults.json";
-    fs::create_symlink("dotfiles/kippo.json", link);
-    JsonUserDefaults{link}.set("a", true); // where the link leads to nothing yet
-    EXPECT_TRUE(fs::is_symlink(link));
+TEST_F(JsonUserDefaultsTest, WritesThroughALink) {
+    fs::create_directory(folder.path("dotfiles"));
+    const std::string real = folder.path("dotfiles/kippo.json");
+    fs::create_symlink("dotfiles/kippo.json", file);
+    JsonUserDefaults{file}.set("a", true); // where the link leads to nothing yet
+    EXPECT_TRUE(fs::is_symlink(file));
     EXPECT_TRUE(JsonUserDefaults{real}.get<bool>("a"));
     folder.write(real, "damaged");
-    JsonUserDefaults{link}.set("b", true);
-    EXPECT_TRUE(fs::is_symlink(link));
+    JsonUserDefaults{file}.set("b", true);
+    EXPECT_TRUE(fs::is_symlink(file));
     EXPECT_TRUE(JsonUserDefaults{real}.get<bool>("b"));
     EXPECT_EQ(folder.read(real + ".damaged"), "damaged");
 }
 
-TEST(JsonUserDefaults, ReadOnlyChangesTheMemoryOnly) {
-    const PrivateHome folder;
-    const std::string file = folder.path() + "/defaults.json";
+TEST_F(JsonUserDefaultsTest, ReadOnlyChangesTheMemoryOnly) {
     folder.write(file, R"({"a": 1})");
     JsonUserDefaults defaults{file, JsonUserDefaults::Access::readOnly};
     defaults.set("a", std::int64_t{2});

@@ -1,3 +1,4 @@
+#include "Fakes/Each.h"
 #include "Fakes/FakeUserFiles.h"
 #include "Fakes/PrivateHome.h"
 #include "Platform/Posix/PosixUserFiles.h"
@@ -5,7 +6,6 @@
 #include <csignal>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -50,11 +50,7 @@ bool asAnOrdinaryUser(const std::string& home, const std::function<bool()>& work
 }
 
 std::vector<std::string> names(const std::string& folder) {
-    std::vector<std::string> all;
-    for (const auto& entry : fs::directory_iterator{folder}) {
-        all.push_back(entry.path().filename());
-    }
-    return all;
+    return each(fs::directory_iterator{folder}, [](const auto& entry) { return entry.path().filename().string(); });
 }
 
 struct PosixUserFilesTest : testing::Test {

@@ -1,9 +1,7 @@
+#include "Desktop/MessageBus.h"
 #include "Fakes/FakeScheduler.h"
-#include "Fakes/PrivateHome.h"
 #include "Platform/Qt/DesktopIdleTime.h"
-#include "Views/XDesktop.h"
 
-#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <gtest/gtest.h>
@@ -48,37 +46,26 @@ public:
 } // namespace
 
 TEST(MutterIdleTime, AnswersAsOfTheQuestionBefore) {
-    int argc = 1;
-    char program[] = "test";
-    char* argv[] = {program, nullptr};
-    const QCoreApplication application{argc, argv};
-    const auto processed = [](const std::function<bool()>& holds) {
-        return eventually([&] {
-            QCoreApplication::processEvents();
-            return holds();
-        });
-    };
-    const PrivateHome home;
-    const std::string address = "unix:path=" + home.path("bus");
-    const Child server({"dbus-daemon", "--session", "--nofork", "--address=" + address}, {});
-    ASSERT_TRUE(eventually([&] { return home.exists("bus"); }));
-    QDBusConnection theirs = QDBusConnection::connectToBus(QString::fromStdString(address), QStringLiteral("theirs"));
+    const MessageBus bus;
+    ASSERT_TRUE(bus.isThere());
+    QDBusConnection theirs = bus.connect("theirs");
     FakeScheduler scheduler;
-    MutterIdleTime idle{scheduler,
-                        QDBusConnection::connectToBus(QString::fromStdString(address), QStringLiteral("ours"))};
+    MutterIdleTime idle{scheduler, bus.connect("ours")};
     EXPECT_EQ(idle.sinceLastInput(), std::nullopt) << "nobody there";
 
     Compositor compositor;
     compositor.idle = 61500;
     theirs.registerVirtualObject(QStringLiteral("/org/gnome/Mutter/IdleMonitor/Core"), &compositor);
     ASSERT_TRUE(theirs.registerService(QStringLiteral("org.gnome.Mutter.IdleMonitor")));
-    EXPECT_TRUE(processed([&] { return idle.sinceLastInput() == Seconds{61.5}; }));
+    EXPECT_TRUE(MessageBus::processed([&] { return idle.sinceLastInput() == Seconds{61.5}; }));
     // An old answer tells nothing of now, and one that does not come leaves nobody waiting.
     compositor.isSilent = true;
     const int asked = compositor.asked;
-    EXPECT_TRUE(processed([&] { return idle.sinceLastInput() && compositor.asked > asked; }));
+    EXPECT_TRUE(MessageBus::processed([&] { return idle.sinceLastInput() && compositor.asked > asked; }));
     scheduler.advance(Seconds{90});
     EXPECT_EQ(idle.sinceLastInput(), std::nullopt);
+    QDBusConnection::disconnectFromBus(QStringLiteral("theirs"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("ours"));
 }
 
 } // namespace kippo

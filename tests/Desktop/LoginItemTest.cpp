@@ -5,7 +5,6 @@
 #include "Platform/Posix/PosixUserFiles.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 

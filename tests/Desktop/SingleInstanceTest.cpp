@@ -6,7 +6,6 @@
 #include "Platform/Qt/DBusInstance.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 

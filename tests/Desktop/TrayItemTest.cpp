@@ -1,11 +1,11 @@
 #include "Desktop/MessageBus.h"
+#include "Fakes/Each.h"
 #include "Platform/Qt/StatusNotifierTray.h"
 
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 
@@ -102,11 +102,7 @@ QImage square(int size) {
 }
 
 std::vector<std::string> texts(const std::map<int, std::string>& lines) {
-    std::vector<std::string> list;
-    for (const auto& [id, text] : lines) {
-        list.push_back(text);
-    }
-    return list;
+    return each(lines, &std::pair<const int, std::string>::second);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 namespace kippo {

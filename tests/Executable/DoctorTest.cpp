@@ -1,6 +1,7 @@
 // `kippo doctor` and `kippo leftovers`: what they make of the facts.
 
 #include "App/Terminal/Doctor.h"
+#include "Agents/UsageSamples.h"
 #include "App/Terminal/CodexHooks.h"
 #include "App/Terminal/LeftoversText.h"
 #include "Executable/Shell.h"
@@ -189,18 +190,9 @@ protected:
         home.write(".claude/settings.json", "{\"model\": \"opus\"}\n");
         home.write("web/node_modules/a.bin", std::string(11 << 20, 'x'));
         home.write("web/dist/small", "x");
-        home.write(".claude/projects/-web/a1.jsonl",
-                   R"({"type":"assistant","sessionId":"a1","cwd":")" + home.path("web") + R"(","timestamp":")" +
-                       today() +
-                       R"(","requestId":"r1","message":{"id":"m1","model":"claude-opus-4-5",)"
-                       R"("usage":{"input_tokens":1000000,"output_tokens":0}}})"
-                       "\n");
-    }
-
-    static std::string today() {
-        const auto seconds = std::time(nullptr);
-        std::array<char, 32> text{};
-        return {text.data(), std::strftime(text.data(), text.size(), "%FT%T.000Z", std::gmtime(&seconds))};
+        const samples::Reply dear{
+            .date = std::chrono::system_clock::now(), .cwd = home.path("web"), .input = 1'000'000};
+        home.write(".claude/projects/-web/a1.jsonl", dear.line());
     }
 
     Shell home;

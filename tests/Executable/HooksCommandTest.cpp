@@ -45,42 +45,17 @@ TEST(HookFacts, FindsTheProgramInAHooksCommand) {
 TEST(HookFacts, TheTableSaysWhatIsConnectedAndWhatIsProven) {
     using enum HookFacts::Connection;
     std::vector<HookFacts> agents(4);
-    agents[0] = {.agent = HookAgent::claude,
-                 .isPresent = true,
-                 .program = {},
-                 .file = "/home/dev/.claude/settings.json",
-                 .connection = complete,
-                 .error = {},
-                 .executables = {"/usr/bin/kippo"},
-                 .missing = {},
-                 .lastEvent = now - Seconds{190}};
-    agents[1] = {.agent = HookAgent::codex,
-                 .isPresent = true,
-                 .program = {},
-                 .file = "/home/dev/.codex/hooks.json",
-                 .connection = complete,
-                 .error = {},
-                 .executables = {"/gone/kippo"},
-                 .missing = "/gone/kippo",
-                 .lastEvent = {}};
-    agents[2] = {.agent = HookAgent::cursor,
-                 .isPresent = false,
-                 .program = {},
-                 .file = "/home/dev/.cursor/hooks.json",
-                 .connection = none,
-                 .error = {},
-                 .executables = {},
-                 .missing = {},
-                 .lastEvent = {}};
-    agents[3] = {.agent = HookAgent::gemini,
-                 .isPresent = true,
-                 .program = {},
-                 .file = "/home/dev/.gemini/settings.json",
-                 .connection = unreadable,
-                 .error = "It is \x1b[31mno JSON.",
-                 .executables = {},
-                 .missing = {},
-                 .lastEvent = {}};
+    for (std::size_t i = 0; i < agents.size(); ++i) {
+        agents[i].agent = allHookAgents[i];
+        agents[i].isPresent = agents[i].agent != HookAgent::cursor;
+        agents[i].file = "/home/dev/" + std::string{settingsPath(allHookAgents[i])};
+    }
+    agents[0].connection = agents[1].connection = complete;
+    agents[0].executables = {"/usr/bin/kippo"};
+    agents[0].lastEvent = now - Seconds{190};
+    agents[1].executables = {agents[1].missing = "/gone/kippo"};
+    agents[3].connection = unreadable;
+    agents[3].error = "It is \x1b[31mno JSON.";
     EXPECT_EQ(hookTable(agents, "/usr/bin/kippo", "/home/dev", now, {}),
               "AGENT         CONNECTED              PROVEN   LAST EVENT  SETTINGS\n"
               "Claude Code   ● yes                  yes      3 min ago   ~/.claude/settings.json\n"

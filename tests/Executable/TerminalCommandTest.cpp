@@ -1,10 +1,10 @@
 // The terminal commands of the built executable, in a home of their own. Agents of this machine may be in their lists.
 
 #include "Executable/Shell.h"
+#include "Fakes/Each.h"
 
 #include <gtest/gtest.h>
 #include <pty.h>
-#include <set>
 
 namespace kippo {
 namespace {
@@ -19,12 +19,9 @@ protected:
               R"(\"cwd\":\"/home/dev/aquarium\",\"prompt\":\"feed the fish\"}" | kippo --kippo-hook)");
     }
 
-    std::set<std::string> files() const {
-        std::set<std::string> found;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator{home.path()}) {
-            found.insert(entry.path());
-        }
-        return found;
+    std::vector<std::filesystem::path> files() const {
+        return each(std::filesystem::recursive_directory_iterator{home.path()},
+                    [](const auto& entry) { return entry.path(); });
     }
 
     Shell home;

@@ -3,6 +3,7 @@
 #include "App/Terminal/Arguments.h"
 #include "App/Terminal/SessionList.h"
 #include "App/Terminal/TerminalText.h"
+#include "Fakes/SampleSession.h"
 #include "Support/Text.h"
 
 #include <gtest/gtest.h>
@@ -12,28 +13,23 @@ namespace {
 
 constexpr Date now = dateFromUnix(1795226400);
 
-AgentSession session(std::string id, AgentStatus status, std::string cwd) {
-    AgentSession result;
-    result.id = std::move(id);
-    result.status = std::move(status);
-    result.cwd = std::move(cwd);
-    result.lastEvent = now - Seconds{250};
-    return result;
-}
-
 /// One of each status, and a process left behind.
 SessionList exampleList() {
     SessionList list;
-    auto waiting = session("a1", AgentStatus::needsYou("Waiting for you to approve a command"), "/home/dev/api");
+    const Date heard = now - Seconds{250};
+    auto waiting = sampleSession("a1", AgentStatus::needsYou("Waiting for you to approve a command"), heard);
+    waiting.cwd = "/home/dev/api";
     waiting.rootPID = 4100;
     waiting.memoryKB = 524288;
     waiting.cpu = 12.4;
     waiting.ports = {3000, 5173};
-    auto working = session("b2", AgentStatus::working(), "/home/dev/web");
+    auto working = sampleSession("b2", AgentStatus::working(), heard);
+    working.cwd = "/home/dev/web";
     working.kind = AgentKind::codex;
     working.workingSince = now - Seconds{200};
     working.activity = AgentActivity{AgentActivity::Kind::shell, "Bash", "npm test", false, now};
-    auto done = session("c3", AgentStatus::done(), "/home/dev/infra");
+    auto done = sampleSession("c3", AgentStatus::done(), heard);
+    done.cwd = "/home/dev/infra";
     done.summary = "Moved the bucket to its own stack";
     list.sessions = {waiting, working, done};
     const std::string command = "node /home/dev/web/node_modules/.bin/vite";

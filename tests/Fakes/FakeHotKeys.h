@@ -13,13 +13,9 @@ namespace kippo {
 class FakeHotKeys final : public HotKeys {
 public:
     std::set<char> takenByAnother; ///< letters that another program holds
-    bool isSupported = true;
 
     [[nodiscard]] std::expected<Subscription, Error> grab(HotKeyCombination keys,
                                                           std::function<void()> pressed) override {
-        if (!isSupported) {
-            return std::unexpected{Error::unsupported};
-        }
         if (takenByAnother.contains(keys.letter) || grabs_->contains(keys.letter)) {
             return std::unexpected{Error::takenByAnother};
         }

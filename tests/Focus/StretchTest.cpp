@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 

@@ -1,12 +1,11 @@
 #include "Mascot/Coach.h"
-#include "Fakes/FakeDefaults.h"
 #include "Fakes/FakeIdleTime.h"
 #include "Fakes/FakeScheduler.h"
+#include "Fakes/UnchangedSettings.h"
 #include "Focus/FocusStore.h"
 #include "Mascot/MascotLines.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <optional>
 #include <set>
 
@@ -18,12 +17,7 @@ using testing::UnorderedElementsAre;
 
 /// A working day that begins at 09:00 UTC, with a person at the keyboard.
 struct CoachTest : testing::Test {
-    CoachTest() {
-        defaults.registerDefault("focusMinutes", std::int64_t{25});
-        defaults.registerDefault("mascotEnabled", true);
-        defaults.registerDefault("mascotNightOwl", true);
-        launch();
-    }
+    CoachTest() { launch(); }
     void launch() {
         coach.emplace(focus, Coach::Ports{.scheduler = scheduler,
                                           .defaults = defaults,
@@ -45,7 +39,7 @@ struct CoachTest : testing::Test {
     }
 
     FakeScheduler scheduler{dateFromUnix(1772442000)};
-    FakeDefaults defaults;
+    FakeDefaults defaults = unchangedSettings();
     FakeIdleTime person;
     FocusStore focus{scheduler, defaults};
     int working = 0;

@@ -1,5 +1,6 @@
 #include "Notch/LiveActivities.h"
 #include "NotchFixture.h"
+#include "Support/LocalTime.h"
 
 namespace kippo {
 
@@ -7,15 +8,7 @@ using LiveActivitiesTest = NotchFixture;
 
 namespace {
 
-Date localHour(int hour) {
-    std::tm local{};
-    local.tm_year = 126;
-    local.tm_mon = 2;
-    local.tm_mday = 3;
-    local.tm_hour = hour;
-    local.tm_isdst = -1;
-    return dateFromUnix(static_cast<double>(std::mktime(&local)));
-}
+Date localHour(int hour) { return atHour(dateFromUnix(1772539200), hour); }
 
 } // namespace
 

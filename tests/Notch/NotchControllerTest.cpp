@@ -288,7 +288,6 @@ MascotMessage question() {
 } // namespace
 
 TEST_F(NotchControllerTest, AMessageWaitsForThePersonAndGoesOnceLeft) {
-    const auto speaks = [this] { return model.fields().mascot.has_value(); };
     const Rect place{300, 32, 150, 80}; // in the panel's window; on the desktop its left edge is at 584 + 300
     const Point onMessage{900, 50};
 
@@ -325,7 +324,6 @@ TEST_F(NotchControllerTest, AMessageWaitsForThePersonAndGoesOnceLeft) {
 }
 
 TEST_F(NotchControllerTest, AMessageNeedsAClosedNotchThatIsThere) {
-    const auto speaks = [this] { return model.fields().mascot.has_value(); };
     notch.showMascot(question());
     notch.expand(NotchTab::focus);
     EXPECT_FALSE(speaks());

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "Fakes/FakeDefaults.h"
 #include "Fakes/FakePanelWindow.h"
 #include "Fakes/FakeScheduler.h"
 #include "Fakes/FakeScreens.h"
+#include "Fakes/SampleSession.h"
+#include "Fakes/UnchangedSettings.h"
 #include "Notch/NotchController.h"
 
 #include <gtest/gtest.h>
@@ -17,13 +18,7 @@ struct NotchFixture : testing::Test {
     static constexpr Point onNotch{960, 5};
     static constexpr Point away{300, 700};
 
-    static AgentSession session(AgentStatus status, AgentKind kind = AgentKind::claude) {
-        AgentSession session;
-        session.id = "s";
-        session.kind = kind;
-        session.status = std::move(status);
-        return session;
-    }
+    static AgentSession session(AgentStatus status) { return sampleSession("s", std::move(status)); }
 
     static AgentsActivity oneWorking() {
         AgentsActivity activity;
@@ -32,15 +27,7 @@ struct NotchFixture : testing::Test {
     }
 
     FakeScheduler scheduler;
-    FakeDefaults defaults = [] {
-        FakeDefaults made;
-        for (const char* key : {"openOnHover", "showHomeTab", "showFocusTab", "showMusicTab", "showRevenueTab",
-                                "mascotEnabled", "mascotRoams", "mascotNightOwl", "showLiveActivity"}) {
-            made.registerDefault(key, true);
-        }
-        made.registerDefault("display", "builtIn");
-        return made;
-    }();
+    FakeDefaults defaults = unchangedSettings();
     FakeScreens screens{{{.name = "DP-1", .frame = {0, 0, 1920, 1080}, .isPrimary = true}}};
     FakePointer pointer;
     FakePanelWindow window;
@@ -48,6 +35,7 @@ struct NotchFixture : testing::Test {
     NotchController notch{model, scheduler, defaults, screens, pointer, window};
 
     Mode mode() const { return model.fields().mode; }
+    bool speaks() const { return model.fields().mascot.has_value(); }
     void hover() {
         pointer.moveTo(onNotch);
         scheduler.advance(Seconds{0.08});

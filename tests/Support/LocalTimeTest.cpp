@@ -1,24 +1,13 @@
 #include "Support/LocalTime.h"
 
-#include <cstdlib>
-#include <ctime>
+#include "Fakes/TimeZone.h"
+
 #include <gtest/gtest.h>
-#include <string>
 
 namespace kippo {
 
-/// Each test names the time zone it lives in.
-struct LocalTimeTest : testing::Test {
-    ~LocalTimeTest() override { live(before.c_str()); }
-    static void live(const char* zone) {
-        ::setenv("TZ", zone, 1);
-        ::tzset();
-    }
-    std::string before = std::getenv("TZ") ? std::getenv("TZ") : "UTC";
-};
-
-TEST_F(LocalTimeTest, DaysStartAtMidnightAlsoWhereTheClocksChange) {
-    live("CET-1CEST,M3.5.0,M10.5.0/3");
+TEST(LocalTimeTest, DaysStartAtMidnightAlsoWhereTheClocksChange) {
+    const TimeZone zone{"CET-1CEST,M3.5.0,M10.5.0/3"};
     const Date spring = dateFromUnix(1774738800); // 2026-03-29 00:00 local, a day of 23 hours
     EXPECT_EQ(startOfLocalDay(spring + Seconds{12 * 3600}), spring);
     EXPECT_EQ(startOfLocalDay(spring, 1) - spring, Seconds{23 * 3600});
@@ -30,16 +19,16 @@ TEST_F(LocalTimeTest, DaysStartAtMidnightAlsoWhereTheClocksChange) {
     EXPECT_EQ(localTime(autumn + Seconds{3600 * 3.5}), (LocalTime{2026, 10, 25, 2, 30, 0}));
 }
 
-TEST_F(LocalTimeTest, ADayWithoutMidnightStartsWithItsFirstMoment) {
-    live("XST5XDT,M3.2.0/0,M11.1.0/1");         // forward at midnight, back to midnight at one
-    const Date noon = dateFromUnix(1772985600); // 2026-03-08 12:00 local
+TEST(LocalTimeTest, ADayWithoutMidnightStartsWithItsFirstMoment) {
+    const TimeZone zone{"XST5XDT,M3.2.0/0,M11.1.0/1"}; // forward at midnight, back to midnight at one
+    const Date noon = dateFromUnix(1772985600);        // 2026-03-08 12:00 local
     EXPECT_EQ(localTime(startOfLocalDay(noon)), (LocalTime{2026, 3, 8, 1, 0, 0}));
     const Date after = dateFromUnix(1793552400); // 2026-11-01 12:00 local
     EXPECT_EQ(after - startOfLocalDay(after), Seconds{13 * 3600});
 }
 
-TEST_F(LocalTimeTest, MomentsBeforeTheEpochAndFractionsFallIntoTheirSecond) {
-    live("UTC");
+TEST(LocalTimeTest, MomentsBeforeTheEpochAndFractionsFallIntoTheirSecond) {
+    const TimeZone zone{"UTC"};
     EXPECT_EQ(localTime(dateFromUnix(-0.5)), (LocalTime{1969, 12, 31, 23, 59, 3}));
 }
 

@@ -12,10 +12,7 @@ struct AgentsViewModelTest : testing::Test {
     FakeScheduler scheduler;
     AgentsViewModel agents{scheduler};
 
-    QString timeline() {
-        SessionListModel& model = *agents.sessions();
-        return model.data(model.index(0), model.roleNames().key("timeline")).toString();
-    }
+    QString timeline() { return column(*agents.sessions(), "timeline")[0]; }
 };
 
 TEST_F(AgentsViewModelTest, SumsUpWhatMatters) {

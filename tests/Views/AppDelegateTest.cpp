@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 namespace {
@@ -339,13 +338,10 @@ TEST(WelcomeTest, MeetsWhoeverIsNew) {
     EXPECT_EQ(welcomes, 1);
 }
 
-TEST_F(AppDelegateTest, TheRowsLightsFollowTheirSetting) {
+TEST_F(AppDelegateTest, LightsAndMotionFollowTheirSettings) {
     EXPECT_TRUE(panel.agents.hasLights());
     defaults.set("statusLights", false);
     EXPECT_FALSE(panel.agents.hasLights());
-}
-
-TEST_F(AppDelegateTest, ReducedMotionReachesEverythingThatMoves) {
     look.reduceMotion();
     panel.notch.open();
     EXPECT_FALSE(panel.stage.isMoving());

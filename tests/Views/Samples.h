@@ -1,26 +1,19 @@
 #pragma once
 
-#include "Agents/AgentModels.h"
-#include "App/Prefs.h"
-#include "Fakes/FakeDefaults.h"
+#include "Fakes/SampleSession.h"
+#include "Fakes/UnchangedSettings.h"
+
+#include <QAbstractListModel>
 
 namespace kippo {
 
-/// Settings that nobody has changed yet.
-inline FakeDefaults unchangedSettings() {
-    FakeDefaults made;
-    Prefs::registerDefaults(made);
-    return made;
-}
-
-/// A session with as little as a session can have.
-inline AgentSession sampleSession(std::string id, AgentStatus status, Date heard = dateFromUnix(1795226400)) {
-    AgentSession session;
-    session.id = std::move(id);
-    session.cwd = "/home/dev/atlas";
-    session.status = std::move(status);
-    session.lastEvent = heard;
-    return session;
+/// What each row has in `role`.
+inline QStringList column(const QAbstractListModel& rows, const char* role) {
+    QStringList values;
+    for (int row = 0; row < rows.rowCount(); ++row) {
+        values.append(rows.data(rows.index(row), rows.roleNames().key(role)).toString());
+    }
+    return values;
 }
 
 } // namespace kippo

@@ -6,25 +6,12 @@
 
 #include <QSignalSpy>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kippo {
 namespace {
 
-QStringList column(const QAbstractListModel& rows, const char* role) {
-    QStringList values;
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        values.append(rows.data(rows.index(row), rows.roleNames().key(role)).toString());
-    }
-    return values;
-}
-
 ProcInfo process(Pid pid, std::int64_t rssKB) {
-    ProcInfo made;
-    made.pid = pid;
-    made.rssKB = rssKB;
-    made.command = "tool" + std::to_string(pid);
-    return made;
+    return {.pid = pid, .rssKB = rssKB, .command = "tool" + std::to_string(pid)};
 }
 
 TEST(SessionDetailTest, EveryPortShowsOnceAndTheHeaviestProcessesFirst) {

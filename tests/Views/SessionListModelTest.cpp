@@ -1,4 +1,6 @@
 #include "Agents/Views/SessionListModel.h"
+#include "Fakes/Each.h"
+#include "Samples.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -16,19 +18,7 @@ SessionRow row(const QString& id, const QString& sentence = {}) {
 }
 
 std::vector<SessionRow> rows(const QString& ids) {
-    std::vector<SessionRow> made;
-    for (const QChar id : ids) {
-        made.push_back(row(id));
-    }
-    return made;
-}
-
-QString idsOf(const SessionListModel& model) {
-    QString ids;
-    for (int i = 0; i < model.rowCount(); ++i) {
-        ids += model.data(model.index(i), model.roleNames().key("sessionId")).toString();
-    }
-    return ids;
+    return each(ids, [](QChar id) { return row(id); });
 }
 
 } // namespace
@@ -59,7 +49,7 @@ TEST(SessionListModel, BecomesTheNewListByRowDifferences) {
         const QSignalSpy changed{&model, &QAbstractItemModel::dataChanged};
         const QSignalSpy reset{&model, &QAbstractItemModel::modelReset};
         model.show(rows(to));
-        EXPECT_EQ(idsOf(model), to);
+        EXPECT_EQ(column(model, "sessionId").join(""), to);
         EXPECT_EQ(inserted.count(), insertions);
         EXPECT_EQ(removed.count(), removals);
         EXPECT_EQ(moved.count(), moves);
@@ -96,8 +86,8 @@ TEST(SessionListModel, ARowThatMovesIsStillItself) {
 TEST(SessionListModel, OfRowsWithOneIdTheFirstCounts) {
     SessionListModel model;
     model.show(std::vector{row("a", "first"), row("a", "second"), row("b")});
-    EXPECT_EQ(idsOf(model), "ab");
-    EXPECT_EQ(model.data(model.index(0), model.roleNames().key("sentence")).toString(), "first");
+    EXPECT_EQ(column(model, "sessionId").join(""), "ab");
+    EXPECT_EQ(column(model, "sentence")[0], "first");
 }
 
 } // namespace kippo

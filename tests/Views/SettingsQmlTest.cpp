@@ -26,22 +26,14 @@ struct SettingsQmlTest : testing::Test, SettingsFixture, WindowProbe {
     FakeDesktop desktop;
     std::string sendingFails;
     int sent = 0;
-    SettingsWindow window{{store,
-                           scheduler,
-                           defaults,
-                           screens,
-                           look,
-                           loginItem,
-                           sounds,
-                           desktop,
-                           hotKeys,
-                           "1.2.3",
-                           {.text = [] { return "Claude Code: connected\n"; },
-                            .send =
-                                [this] {
-                                    ++sent;
-                                    return sendingFails;
-                                }}}};
+    ReportActions report{.text = [] { return "Claude Code: connected\n"; },
+                         .send =
+                             [this] {
+                                 ++sent;
+                                 return sendingFails;
+                             }};
+    SettingsWindow window{
+        {store, scheduler, defaults, screens, look, loginItem, sounds, desktop, hotKeys, "1.2.3", report}};
     const QStringList pages{u"General"_qs,         u"Notch"_qs,         u"Agents"_qs,
                             u"Alerts & sounds"_qs, u"Focus & Kippo"_qs, u"About"_qs};
 };
