@@ -14,6 +14,7 @@
 #include "Platform/Qt/QtSessionBus.h"
 #include "Platform/Qt/StatusNotifierTray.h"
 
+#include <QFont>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <cstdio>
@@ -115,5 +116,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationName(QStringLiteral("Kippo"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.kippo.Kippo"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Before DejaVu, which has some faces in outline beside the others in colour.
+    QFont::insertSubstitution(QStringLiteral("Inter"), QStringLiteral("Noto Color Emoji"));
     return demo.isOn ? DemoMain::run(demo) : runApplication(*options);
 }
