@@ -20,7 +20,7 @@ FocusScope {
 
         anchors.horizontalCenter: parent.horizontalCenter
         // Alone, it stands in the middle.
-        y: body.children.length > 0 ? 32 : Math.max(24, (parent.height - height) / 2 - 8)
+        y: body.children.length > 0 ? 32 : Math.max(24, Math.round((parent.height - height) / 2) - 8)
         width: Math.min(parent.width - 80, 500)
         spacing: 8
 
