@@ -13,7 +13,7 @@ Rectangle {
     implicitWidth: Math.min(label.implicitWidth + 2 * Theme.margin - Theme.unit, 200)
     implicitHeight: 28
     radius: height / 2
-    color: isPrimary ? (pointer.hovered ? Theme.textSecondary : Theme.text) : (pointer.hovered ? Theme.hairline : Theme.chip)
+    color: isPrimary ? (pointer.hovered ? Theme.textSecondary : Theme.text) : (pointer.hovered ? Theme.controlHover : Theme.control)
     activeFocusOnTab: true
     scale: tap.pressed ? 0.97 : 1
 
