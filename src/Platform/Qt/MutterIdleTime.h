@@ -4,7 +4,7 @@
 #include "Support/Scheduler.h"
 
 #include <QDBusConnection>
-#include <memory>
+#include <QDBusPendingCall>
 #include <optional>
 
 namespace kippo {
@@ -23,17 +23,19 @@ private:
         Seconds idle{0};
         Seconds at{0}; ///< by the machine's uptime
     };
-    /// What an answer that is under way may still write to when it comes.
-    struct State {
-        std::optional<Answer> last;
-        bool isAsking = false;
+    struct Question {
+        QDBusPendingCall call;
+        /// Of the moment of the question, so that an answer that took long does not seem new.
+        Seconds at{0};
     };
 
+    void takeAnswer();
     void ask();
 
     Scheduler& scheduler_;
     QDBusConnection bus_;
-    std::shared_ptr<State> state_ = std::make_shared<State>();
+    std::optional<Answer> last_;
+    std::optional<Question> question_; ///< the one under way
 };
 
 } // namespace kippo
