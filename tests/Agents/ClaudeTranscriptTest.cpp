@@ -168,12 +168,9 @@ TEST(ClaudeTranscript, FailuresOfTheApi) {
 }
 
 TEST(ClaudeTranscript, SaysHowTheSessionWasStarted) {
-    for (const auto& [entrypoint, interactive] :
-         std::vector<std::pair<std::string, std::optional<bool>>>{{"cli", true},
-                                                                  {"sdk-cli", false},
-                                                                  {"sdk-ts", false},
-                                                                  {"claude-desktop", std::nullopt},
-                                                                  {"", std::nullopt}}) {
+    const std::pair<std::string, std::optional<bool>> starts[] = {
+        {"cli", true}, {"sdk-cli", false}, {"sdk-ts", false}, {"claude-desktop", std::nullopt}, {"", std::nullopt}};
+    for (const auto& [entrypoint, interactive] : starts) {
         const auto state = parse({user(1, "go", R"("entrypoint":")" + entrypoint + "\",")});
         EXPECT_EQ(state.interactive, interactive) << entrypoint;
         EXPECT_EQ(state.entrypoint, entrypoint.empty() ? std::nullopt : std::optional{entrypoint});

@@ -3,13 +3,13 @@
 
 #include "Agents/HookEdit.h"
 #include "Agents/HookInstallation.h"
+#include "Require.h"
 #include "Support/JsonLayout.h"
 #include "Support/JsonTree.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 
 namespace kippo {
 
@@ -97,12 +97,6 @@ private:
     Choices& input_;
     HookAgent agent_;
 };
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 std::size_t count(const std::map<std::string, std::vector<std::string>>& commands) {
     std::size_t all = 0;

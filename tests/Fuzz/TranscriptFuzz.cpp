@@ -3,11 +3,11 @@
 
 #include "Agents/SessionRegistry.h"
 #include "Agents/TranscriptWatcher.h"
+#include "Require.h"
 #include "Support/JsonSkim.h"
 #include "Support/Text.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
@@ -18,12 +18,6 @@ namespace {
 
 using kippo::JsonSkim;
 using kippo::TranscriptWatcher;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 void requireShowable(const std::optional<std::string>& text, std::size_t limit) {
     require(!text || (kippo::Text::validUtf8(*text) == *text && !kippo::Text::isLongerThan(*text, limit)));

@@ -4,10 +4,10 @@
 #include "Agents/Pricing.h"
 #include "Agents/TranscriptWatcher.h"
 #include "Agents/UsageLine.h"
+#include "Require.h"
 #include "Support/Text.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
@@ -20,12 +20,6 @@ namespace {
 
 using kippo::JsonSkim;
 using kippo::UsageLine;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 struct Value {
     bool isObject = false;

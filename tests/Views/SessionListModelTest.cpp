@@ -24,21 +24,14 @@ std::vector<SessionRow> rows(const QString& ids) {
 } // namespace
 
 TEST(SessionListModel, BecomesTheNewListByRowDifferences) {
-    struct Transition {
+    constexpr struct {
         const char *from, *to;
-        int inserted, removed, moved;
-    };
-    for (const auto& [from, to, insertions, removals, moves] : std::vector<Transition>{{"", "", 0, 0, 0},
-                                                                                       {"", "abc", 3, 0, 0},
-                                                                                       {"abc", "abc", 0, 0, 0},
-                                                                                       {"abc", "", 0, 3, 0},
-                                                                                       {"abc", "cab", 0, 0, 1},
-                                                                                       {"abc", "xabc", 1, 0, 0},
-                                                                                       {"abc", "abxc", 1, 0, 0},
-                                                                                       {"abc", "ac", 0, 1, 0},
-                                                                                       {"abc", "cba", 0, 0, 2},
-                                                                                       {"abcd", "dxb", 1, 2, 1},
-                                                                                       {"ab", "xy", 2, 2, 0}}) {
+        int insertions, removals, moves;
+    } transitions[] = {{"", "", 0, 0, 0},        {"", "abc", 3, 0, 0},    {"abc", "abc", 0, 0, 0},
+                       {"abc", "", 0, 3, 0},     {"abc", "cab", 0, 0, 1}, {"abc", "xabc", 1, 0, 0},
+                       {"abc", "abxc", 1, 0, 0}, {"abc", "ac", 0, 1, 0},  {"abc", "cba", 0, 0, 2},
+                       {"abcd", "dxb", 1, 2, 1}, {"ab", "xy", 2, 2, 0}};
+    for (const auto& [from, to, insertions, removals, moves] : transitions) {
         SCOPED_TRACE(std::string{from} + " to " + to);
         SessionListModel model;
         const QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
