@@ -64,7 +64,10 @@ public:
             line.beginStructure();
             line >> id >> properties;
             lines[id] = drawn(properties);
+            line.endStructure();
         }
+        layout.endArray();
+        layout.endStructure();
         return lines;
     }
     void click(int id) {

@@ -319,7 +319,7 @@ TEST_F(AppDelegateTest, AReportTellsNothingPrivate) {
     EXPECT_THAT(text, testing::HasSubstr("Claude Code: not connected, last event 2 min ago, sessions: Done\n"));
     EXPECT_THAT(text, testing::HasSubstr("Codex: not connected, hidden, no event, no sessions\n"));
     EXPECT_THAT(text, testing::HasSubstr("\nmy agent: "));
-    for (const char* secret : {"login", "secret", "/home", machine->home.path().c_str()}) {
+    for (const std::string& secret : std::vector<std::string>{"login", "secret", "/home", machine->home.path()}) {
         EXPECT_THAT(text, testing::Not(testing::HasSubstr(secret)));
     }
     ASSERT_EQ(urls.opened.size(), 1U);

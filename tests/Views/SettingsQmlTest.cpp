@@ -149,7 +149,7 @@ TEST_F(SettingsQmlTest, TellsWhatDidNotComeAboutOutside) {
     EXPECT_TRUE(shows(u"The settings could not be read."_qs));
     click(u"Dismiss the message"_qs);
     window.view()->close();
-    window.show();
+    turnTo({});
     EXPECT_FALSE(shows(u"The settings could not be read."_qs)) << "is told twice";
 }
 
