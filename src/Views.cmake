@@ -8,6 +8,7 @@ set(kippo_qml
   Theme/Chip.qml
   Theme/Fact.qml
   Theme/FocusScroll.qml
+  Theme/LaterPart.qml
   Theme/PlainText.qml
   Theme/ScrollFade.qml
   Theme/ScrollHint.qml

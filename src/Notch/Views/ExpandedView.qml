@@ -6,6 +6,7 @@ import Kippo
 FocusScope {
     id: expanded
 
+    required property NotchStage stage
     required property NotchViewModel notch
     required property AgentsViewModel agents
     required property LeftBehindViewModel leftBehind
@@ -14,7 +15,7 @@ FocusScope {
     required property StretchViewModel stretch
     required property MascotStageViewModel mascotStage
     /// How far the shoulders take the body in.
-    required property real shoulder
+    readonly property real shoulder: stage.expandedShoulder
     readonly property real inset: shoulder + Theme.gap
     /// Of the strip, right of a camera or else of the page bar.
     readonly property real side: notch.hasNotch ? (width - notch.notchWidth) / 2 - inset - Theme.unit : strip.width - pages.width - 2 * Theme.margin
@@ -97,19 +98,14 @@ FocusScope {
             usage: expanded.usage
         }
 
-        // Made when it is first shown, to be there sooner at the start.
-        Loader {
+        LaterPart {
             id: focusPage
-
-            function make(): void {
-                if (visible && status === Loader.Null)
-                    setSource("FocusPage.qml", {timer: expanded.focusTimer, stretch: expanded.stretch});
-            }
 
             anchors.fill: parent
             visible: expanded.showsFocus
-            onVisibleChanged: make()
-            Component.onCompleted: make()
+            file: "FocusPage.qml"
+            properties: ({timer: expanded.focusTimer, stretch: expanded.stretch})
+            isNeeded: expanded.showsFocus
         }
     }
 

@@ -23,7 +23,7 @@ FocusScope {
     /// Puts the keyboard where it is of use.
     function takeFocus(): void {
         if (mascot.speaks)
-            bubble.takeFocus();
+            bubble.part?.takeFocus();
         else
             open.takeFocus();
     }
@@ -71,7 +71,7 @@ FocusScope {
     Binding {
         target: panel.stage
         property: "bubble"
-        value: bubble.enabled ? Qt.rect(bubble.x, bubble.restingY, bubble.width, bubble.height) : Qt.rect(0, 0, 0, 0)
+        value: panel.mascot.speaks ? Qt.rect(bubble.x, bubble.restingY, bubble.width, bubble.height) : Qt.rect(0, 0, 0, 0)
     }
 
     FrameAnimation {
@@ -87,14 +87,17 @@ FocusScope {
         hasNotch: panel.notch.hasNotch
     }
 
-    MascotBubble {
+    LaterPart {
         id: bubble
 
+        readonly property MascotBubble part: item as MascotBubble
         readonly property real restingY: Math.round(panel.stage.shapeHeight) + Theme.gap
 
         x: Math.round((parent.width - width) / 2)
         y: restingY
-        message: panel.mascot
+        file: "MascotBubble.qml"
+        properties: ({message: panel.mascot})
+        isNeeded: panel.mascot.speaks
     }
 
     Item {
@@ -105,25 +108,36 @@ FocusScope {
         height: panel.stage.shapeHeight
         clip: true
 
-        WingView {
+        LaterPart {
+            id: wing
+
             anchors.horizontalCenter: parent.horizontalCenter
             width: panel.stage.liveSize.width
             height: panel.stage.liveSize.height
             opacity: panel.stage.liveOpacity
             visible: opacity > 0
-            notch: panel.notch
-            focusTimer: panel.focusTimer
-            mascotStage: panel.mascotStage
-            mascotIsOut: bubble.visible
+            file: "WingView.qml"
+            properties: ({notch: panel.notch, focusTimer: panel.focusTimer, mascotStage: panel.mascotStage})
+            isNeeded: opacity > 0
         }
 
-        PeekView {
+        Binding {
+            target: wing.item
+            property: "mascotIsOut"
+            value: bubble.part?.visible ?? false
+        }
+
+        LaterPart {
+            id: peek
+
             anchors.horizontalCenter: parent.horizontalCenter
             width: panel.stage.peekSize.width
             height: panel.stage.peekSize.height
             opacity: panel.stage.peekOpacity
             visible: opacity > 0
-            notch: panel.notch
+            file: "PeekView.qml"
+            properties: ({notch: panel.notch})
+            isNeeded: opacity > 0
         }
 
         TapHandler {
@@ -131,8 +145,12 @@ FocusScope {
             onTapped: panel.notch.open()
         }
 
-        ExpandedView {
+        LaterPart {
             id: open
+
+            function takeFocus(): void {
+                (item as ExpandedView)?.takeFocus();
+            }
 
             anchors.horizontalCenter: parent.horizontalCenter
             width: panel.stage.expandedSize.width
@@ -140,16 +158,36 @@ FocusScope {
             opacity: panel.stage.expandedOpacity
             visible: opacity > 0
             enabled: panel.notch.isExpanded
-            onEnabledChanged: if (enabled && panel.hasKeyboard)
-                takeFocus()
-            shoulder: panel.stage.expandedShoulder
-            notch: panel.notch
-            agents: panel.agents
-            leftBehind: panel.leftBehind
-            usage: panel.usage
-            focusTimer: panel.focusTimer
-            stretch: panel.stretch
-            mascotStage: panel.mascotStage
+            onEnabledChanged: if (enabled) {
+                make();
+                if (panel.hasKeyboard)
+                    takeFocus();
+            }
+            file: "ExpandedView.qml"
+            properties: ({
+                    stage: panel.stage,
+                    notch: panel.notch,
+                    agents: panel.agents,
+                    leftBehind: panel.leftBehind,
+                    usage: panel.usage,
+                    focusTimer: panel.focusTimer,
+                    stretch: panel.stretch,
+                    mascotStage: panel.mascotStage
+                })
+            isNeeded: enabled || opacity > 0
+        }
+    }
+
+    // The first picture is the shape alone; all that may come over it is ready soon after.
+    Connections {
+        id: firstPicture
+
+        target: panel.Window.window
+
+        function onFrameSwapped(): void {
+            firstPicture.enabled = false;
+            for (const part of [wing, peek, bubble, open])
+                part.prepare();
         }
     }
 }
