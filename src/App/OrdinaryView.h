@@ -1,5 +1,7 @@
 #pragma once
 
+#include "App/AppIcon.h"
+
 #include <QQuickView>
 #include <functional>
 
@@ -10,8 +12,9 @@ class OrdinaryView final : public QQuickView {
 public:
     std::function<void()> onClosed;
 
-    /// Loads `file` of the QML module with `properties`, and gives the window its size.
+    /// Loads `file` of the QML module with `properties`, and gives the window its icon and its size.
     void load(const QString& file, const QVariantMap& properties, QSize usual, QSize smallest) {
+        setIcon(AppIcon::icon());
         setResizeMode(QQuickView::SizeRootObjectToView);
         setMinimumSize(smallest);
         resize(usual);
