@@ -91,7 +91,10 @@ void AppDelegate::startApp() {
     stores_.focus.start();
     startCoach();
     readSettings();
-    minute_ = ports_.scheduler.every(minuteInterval, minuteTolerance, [this] { updateLiveActivity(); });
+    minute_ = ports_.scheduler.every(minuteInterval, minuteTolerance, [this] {
+        updateLiveActivity();
+        tellUntold();
+    });
     defaultsSubscription_ = ports_.defaults.observe([this] { readSettings(); });
 }
 
@@ -190,6 +193,25 @@ void AppDelegate::focusPhaseEnded(FocusStore::Phase ended, FocusStore::Phase nex
 }
 
 void AppDelegate::say(const MascotMessage& message) { notch_->showMascot(message); }
+
+void AppDelegate::tell(const std::string& sentence) {
+    if (!ports_.defaults.get<bool>("mascotEnabled")) {
+        showSettings();
+        return;
+    }
+    untold_ = MascotLines::notice(sentence);
+    tellUntold();
+}
+
+void AppDelegate::tellUntold() {
+    const std::optional<MascotMessage>& said = panel_.model.fields().mascot;
+    if (untold_ && !said && !isUnsuitable()) {
+        notch_->showMascot(*untold_);
+        if (said) {
+            untold_.reset();
+        }
+    }
+}
 
 void AppDelegate::updateLiveActivity() {
     const LiveChoice choice =

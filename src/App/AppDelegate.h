@@ -84,6 +84,9 @@ public:
     void stopDemo();
     bool isPlayingDemo() const { return demo_.isRunning(); }
 
+    /// Has the mascot say `sentence` as soon as he can; without a mascot the settings come up, where it stands.
+    void tell(const std::string& sentence);
+
     /// What a report of a problem tells; the person reads it before it goes anywhere.
     std::string reportText() const;
     /// Opens a letter with `reportText` in the person's mail program, for the person to send.
@@ -119,6 +122,7 @@ private:
     void show(std::span<const AgentSession> sessions, std::optional<LiveSummary> lights, std::size_t clearable);
     void showDemo(const std::vector<AgentSession>& sessions);
     void say(const MascotMessage& message);
+    void tellUntold();
     bool isUnsuitable() const;
     void holdOpen();
     void letGo();
@@ -138,6 +142,7 @@ private:
     bool isWelcoming_ = false;
     bool holdsOpen_ = false; ///< the panel is pinned by the application, not by the person
     bool isSpeaking_ = false;
+    std::optional<MascotMessage> untold_; ///< until the notch is closed and to be seen
     std::optional<NotchController> notch_;
     std::optional<Coach> coach_;
     HotKeyState hotKeyState_;

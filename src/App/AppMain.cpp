@@ -4,7 +4,6 @@
 #include "App/RealApplication.h"
 #include "App/RealWindows.h"
 #include "App/TrayIcon.h"
-#include "Mascot/MascotLines.h"
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/JsonUserDefaults.h"
 #include "Platform/Posix/EndingSignals.h"
@@ -42,6 +41,10 @@ int runApplication(const Options& options) {
     JsonUserDefaults defaults{settingsFile};
     const DefaultsWatch settingsWatch{defaults, settingsFile, scheduler};
     Prefs::registerDefaults(defaults);
+    if (defaults.isDamaged()) {
+        // Whoever has settings was welcomed when they were whole.
+        defaults.setWithNext("onboarded", true);
+    }
     RealAgents agents{places, scheduler, defaults};
     StatusNotifierTray tray{bus,
                             {.pictures = TrayIcon::pictures(false),
@@ -61,12 +64,7 @@ int runApplication(const Options& options) {
         defaults.setDamageHandler([&](const std::string& sentence) {
             complain(QString::fromStdString(sentence));
             windows.setNotice(sentence);
-            // Whoever has sent the mascot away sees it where it stands.
-            if (defaults.get<bool>("mascotEnabled")) {
-                delegate.notch().showMascot(MascotLines::notice(sentence));
-            } else {
-                delegate.showSettings();
-            }
+            delegate.tell(sentence);
         });
     });
     const int status = QGuiApplication::exec();

@@ -177,7 +177,10 @@ TEST_F(JsonUserDefaultsTest, TellsOnceOfADamagedFile) {
                                                           testing::HasSubstr("its own defaults"),
                                                           testing::HasSubstr("“defaults.json.damaged”"))));
     defaults.reload();
+    defaults.setWithNext("with", true);
+    EXPECT_FALSE(fs::exists(file + ".damaged"));
     defaults.set("b", true);
+    EXPECT_TRUE(JsonUserDefaults{file}.get<bool>("with"));
     EXPECT_EQ(told.size(), 1U);
     folder.write(file, "[]");
     defaults.reload();

@@ -178,6 +178,18 @@ TEST_F(AppDelegateTest, AnswersToTheMascotAreActedOn) {
     EXPECT_TRUE(quiet.until && quiet.nightUntil);
 }
 
+TEST_F(AppDelegateTest, WhatThePersonHasToKnowWaitsUntilItIsSeen) {
+    application.openTab(NotchTab::agents);
+    application.tell("The settings are damaged.");
+    scheduler.advance(Seconds{120});
+    EXPECT_FALSE(panel.mascot.speaks());
+    application.notch().collapse();
+    scheduler.advance(Seconds{61});
+    EXPECT_EQ(panel.mascot.text(), "The settings are damaged.");
+    scheduler.advance(Seconds{300});
+    EXPECT_FALSE(panel.mascot.speaks()) << "once";
+}
+
 TEST_F(AppDelegateTest, TheNotchStaysOpenForTheStretches) {
     defaults.set("showFocusTab", false);
     stores.focus.begin(Phase::focus, 25);

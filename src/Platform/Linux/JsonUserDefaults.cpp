@@ -207,6 +207,14 @@ void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
     }
 }
 
+void JsonUserDefaults::setWithNext(const std::string& key, DefaultsValue value) {
+    const bool isChanged = put(key, value);
+    unwritten_.insert_or_assign(key, std::move(value));
+    if (isChanged) {
+        observers_.notify();
+    }
+}
+
 bool JsonUserDefaults::put(const std::string& key, const DefaultsValue& value) {
     auto& json = document_->json;
     auto& allocator = json.GetAllocator();
@@ -258,7 +266,7 @@ std::string JsonUserDefaults::damageSentence(std::size_t line) const {
     const std::string file = path_.substr(path_.rfind('/') + 1);
     return "Kippo could not read its settings (" + file + (line == 0 ? "" : ", line " + std::to_string(line)) +
            ") and goes on with " + (wasEverRead_ ? "those it had" : "its own defaults") +
-           ". The next change of one keeps that file as “" + file + ".damaged”.";
+           ". Once a setting changes, that file is kept as “" + file + ".damaged”.";
 }
 
 bool JsonUserDefaults::readIfChanged() {

@@ -27,12 +27,17 @@ public:
     std::optional<DefaultsValue> value(std::string_view key) const override;
     /// Written at once; a failure to write leaves the value in memory, and the next `set` tries again.
     void set(std::string_view key, DefaultsValue value) override;
+    /// As `set`, but it comes into the file together with the next setting, and until then leaves it alone.
+    void setWithNext(const std::string& key, DefaultsValue value);
     void registerDefault(std::string_view key, DefaultsValue value) override;
     [[nodiscard]] Subscription observe(std::function<void()> callback) override;
 
     /// Reads the file again if it changed, and calls the observers if any value did. While it is damaged the values
     /// read last stay.
     void reload();
+
+    /// The file is there and cannot be read as settings.
+    bool isDamaged() const { return damaged_; }
 
     /// Gets a sentence for the person when the file turns out to be damaged, once until it was well again; at once when
     /// nobody was told yet.
