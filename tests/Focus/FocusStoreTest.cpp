@@ -216,6 +216,21 @@ TEST_F(FocusStoreTest, TheTourLeavesNoTrace) {
     EXPECT_EQ(store->completedToday(), 0);
 }
 
+TEST_F(FocusStoreTest, TwoYearsOfUseAddUp) {
+    int phases = 0;
+    store->onPhaseEnd = [&phases](Phase ended, Phase) { phases += ended == Phase::focus ? 1 : 0; };
+    for (int day = 0; day < 730; ++day) {
+        for (int i = 0; i < 3; ++i) {
+            store->begin(Phase::focus, 1);
+            scheduler.advance(1min);
+            store->reset();
+        }
+        EXPECT_EQ(store->completedToday(), 3);
+        scheduler.sleepFor(24h - 3min);
+    }
+    EXPECT_EQ(phases, 2190);
+}
+
 TEST_F(FocusStoreTest, TellsTheRoundsAndWhatComesNext) {
     EXPECT_EQ(store->upNext(), "");
     for (int round = 0; round < 4; ++round) {
