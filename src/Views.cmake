@@ -138,6 +138,9 @@ set(kippo_views_sources
 )
 qt_add_library(kippo_views STATIC)
 set_target_properties(kippo_views PROPERTIES AUTOMOC ON)
+if(KIPPO_QMLCACHEGEN)
+  set_target_properties(kippo_views PROPERTIES QT_QMLCACHEGEN_EXECUTABLE ${KIPPO_QMLCACHEGEN})
+endif()
 qt_add_qml_module(kippo_views
   URI Kippo
   VERSION 1.0
