@@ -193,6 +193,15 @@ TEST(HookBridge, SkipsDamagedLines) {
     }
 }
 
+TEST(HookBridge, SurvivesDeepNesting) {
+    for (const std::size_t depth : {1000U, 100'000U}) {
+        const std::string nested = repeated("[", depth) + repeated("]", depth);
+        EXPECT_EQ(recorded("\"x\":" + nested), "");
+    }
+    EXPECT_FALSE(HookBridge::record(
+        R"({"hook_event_name":"Stop","session_id":"s","x":)" + repeated("{\"a\":", 2'000'000), "", now));
+}
+
 TEST(HookBridge, KnowsItsFlags) {
     const auto agent = [](std::vector<const char*> words) -> std::optional<std::string> {
         const std::span arguments{const_cast<char**>(words.data()), words.size()};

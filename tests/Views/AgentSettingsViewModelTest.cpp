@@ -2,6 +2,7 @@
 
 #include "SettingsFixture.h"
 
+#include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -98,6 +99,7 @@ TEST_F(AgentSettingsViewModelTest, WhatIsChosenIsStored) {
 
     settings.copyPrompt(Kind::Gemini);
     EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), store.setupPrompt(HookAgent::gemini));
+    EXPECT_NE(store.setupPrompt(HookAgent::gemini), "");
     settings.unwatch(u"goose"_qs);
     EXPECT_TRUE(settings.watched()->isEmpty());
 }
@@ -110,6 +112,24 @@ TEST_F(AgentSettingsViewModelTest, SuggestionsAreTakenUpOrDeclined) {
     settings.watch(u"goose"_qs);
     EXPECT_TRUE(settings.suggestions()->isEmpty());
     EXPECT_EQ(settings.watched()->rowCount(), 1);
+}
+
+TEST_F(AgentSettingsViewModelTest, ListsSendRowDifferences) {
+    for (QAbstractItemModel* model :
+         std::initializer_list<QAbstractItemModel*>{settings.hookAgents(), settings.watched()}) {
+        new QAbstractItemModelTester{model, QAbstractItemModelTester::FailureReportingMode::Fatal, model};
+    }
+    const QSignalSpy resets{settings.watched(), &QAbstractItemModel::modelReset};
+    for (const std::vector<std::string>& names :
+         {std::vector<std::string>{"a", "b", "c"}, {"c", "a", "d"}, {"d"}, {"d", "a"}, {}}) {
+        defaults.set("watchedAgentNames", names);
+        std::vector<std::string> shown;
+        for (const NameRow& row : settings.watched()->rows()) {
+            shown.push_back(row.name.toStdString());
+        }
+        EXPECT_EQ(shown, names);
+    }
+    EXPECT_EQ(resets.count(), 0);
 }
 
 } // namespace
